@@ -1,0 +1,671 @@
+/**
+ * @file KineDll.h
+ * KineDll: kinematics of industrial robot arms behind a plain C interface.
+ *
+ * One configuration per process, no locking, one calling thread: the setup calls write the
+ * configuration, all other calls only read it. Any number of threads may read at once as long as no
+ * setup call runs beside them.
+ *
+ * Units at this boundary are millimetres and degrees. External-axis values are degrees for a rotary
+ * and millimetres for a linear axis. Orientations are three angles A, B, C with
+ * R = Rz(A) * Ry(B) * Rx(C).
+ *
+ * Rules that hold for every function unless its own text says otherwise:
+ *
+ *  - It returns KINE_OK (0) or the code of the first failing check; checks run in the documented order.
+ *  - Input records are copied before anything else and never modified. The result record is written
+ *    last and only on success, so it may share memory with an input; on failure it keeps every bit.
+ *  - An angle check accepts |angle| <= 180 degrees and lets NaN pass.
+ *  - A null input pointer is one more way for that record to be refused: it gives the record's own code
+ *    at the record's place in the order. A null result pointer gives the code named for it after all
+ *    other checks of the call and before any computation.
+ *  - Records may hold any bit pattern. The forward calls pass NaN and infinity on to their results;
+ *    the inverse calls end in an error code instead of returning a joint value that is not finite.
+ *  - Nothing is allocated, locked or kept. The only output besides the records is the diagnostic lines
+ *    named here, on standard output.
+ */
+#ifndef KINEDLL_H
+#define KINEDLL_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#if defined(_WIN32)
+#define KINE_CALL __cdecl
+#if defined(KINE_BUILDING_LIBRARY)
+#define KINE_API __declspec(dllexport)
+#elif defined(KINE_STATIC)
+#define KINE_API
+#else
+#define KINE_API __declspec(dllimport)
+#endif
+#else
+#define KINE_CALL
+#if defined(__GNUC__)
+#define KINE_API __attribute__((visibility("default")))
+#else
+#define KINE_API
+#endif
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Result codes                                                                                   */
+/* ---------------------------------------------------------------------------------------------- */
+
+/** 0 for success, otherwise one of the codes below. */
+typedef uint32_t KineResult;
+
+#define KINE_OK 0x0000u                  /**< success */
+#define KINE_ERR_MODEL_PARAM 0x6000u     /**< kinematic parameters refused: null, or a length too small */
+#define KINE_ERR_NOT_INITIALISED 0x6001u /**< no successful Kine_InitKinematicParam yet */
+#define KINE_ERR_MECH_UNIT 0x6002u       /**< mechanical-unit record or index refused */
+#define KINE_ERR_EXT_AXIS_PARAM 0x6003u  /**< external-axis record or index refused */
+#define KINE_ERR_MECH_UNIT_COUNT 0x6004u /**< more than 3 mechanical units or 6 external-axis items */
+#define KINE_ERR_POSE 0x6010u            /**< pose refused: null, or an angle beyond +-180 degrees */
+#define KINE_ERR_TOOL 0x6011u            /**< tool refused */
+#define KINE_ERR_WOBJ 0x6012u            /**< work object refused */
+#define KINE_ERR_LOAD 0x6013u            /**< load refused */
+#define KINE_ERR_JOINT 0x6014u           /**< joints refused: null */
+#define KINE_ERR_HOLD 0x6016u            /**< tool and work object carry the same HeldByRobot byte */
+#define KINE_ERR_OFFSET_FRAME 0x6017u    /**< offset frame refused */
+#define KINE_ERR_DIRECTION 0x6018u       /**< direction other than -1 or +1 */
+#define KINE_ERR_W2F_MODE 0x6030u        /**< world to frame: frame neither fixed nor on a mechanical unit */
+#define KINE_ERR_W2F_UNIT_KIND 0x6031u   /**< world to frame: mechanical unit not usable */
+#define KINE_ERR_F2W_MODE 0x6032u        /**< frame to world: frame neither fixed nor on a mechanical unit */
+#define KINE_ERR_F2W_UNIT_KIND 0x6033u   /**< frame to world: mechanical unit not usable */
+#define KINE_ERR_AXIS_ORIGIN 0x6034u     /**< world to frame: axis frame of a rotary axis at the origin */
+#define KINE_ERR_HOLD_CONFLICT 0x6050u   /**< chain: tool and work object both held, or neither */
+#define KINE_ERR_CHAIN_1 0x6051u         /**< forward chain: nothing on the flange */
+#define KINE_ERR_CHAIN_2 0x6052u         /**< frame descriptor: nothing off the flange */
+#define KINE_ERR_CHAIN_3 0x6053u         /**< relative pose: hold flags contradict */
+#define KINE_ERR_CHAIN_4 0x6054u         /**< inverse chain: hold flags contradict */
+#define KINE_ERR_CALIB_SINGULAR 0x6060u  /**< calibration: singular system */
+#define KINE_ERR_CALIB_INPUT 0x6061u     /**< calibration: too few points or degenerate input */
+#define KINE_ERR_CALIB_3 0x6063u         /**< calibration: degenerate geometry */
+#define KINE_ERR_CALIB_4 0x6064u         /**< calibration: degenerate geometry */
+#define KINE_ERR_CALIB_POINTS_CLOSE 0x6065u /**< calibration: points too close together */
+#define KINE_ERR_CALIB_COLLINEAR 0x6066u    /**< calibration: directions parallel */
+#define KINE_ERR_ZERO_VECTOR 0x6070u        /**< direction vector too short */
+#define KINE_ERR_CRD_WOBJ 0x6071u           /**< position to work object: work object does not fit */
+#define KINE_ERR_ALIGN_NO_SOLUTION 0x6080u  /**< alignment: aligned pose has no solution */
+#define KINE_ERR_ALIGN_TURN 0x6081u         /**< alignment: turn of axis 4 differs */
+#define KINE_ERR_CONFIG 0x6090u             /**< configuration integers out of range or not allowed */
+#define KINE_ERR_IK_1 0x6091u               /**< gravity deflection too large; never returned by a call */
+#define KINE_ERR_INCH_SINGULAR 0x6092u      /**< jog: target joints singular */
+#define KINE_ERR_IK_SINGULAR 0x6093u        /**< four-axis inverse: elbow stretched or folded */
+#define KINE_ERR_IK_REACH 0x6094u           /**< four-axis inverse: out of reach, or no finite solution */
+#define KINE_ERR_SINGULAR 0x6095u           /**< inverse: singular Jacobian */
+#define KINE_ERR_IK_6 0x6096u        /**< six-axis inverse: wrist centre too close to the joint-1 axis */
+#define KINE_ERR_IK_7 0x6097u        /**< six-axis inverse: out of reach or elbow stretched */
+#define KINE_ERR_IK_8 0x6098u        /**< six-axis inverse: wrist straight or out of range */
+#define KINE_ERR_IK_9 0x6099u        /**< six-axis inverse: first correction beyond 170 degrees */
+#define KINE_ERR_IK_ACCURACY 0x609Au /**< six-axis inverse: not converged, or no finite solution */
+
+/** Arm type none of KINE_ARM_...; the one code outside the 0x6000 family. */
+#define KINE_ERR_UNKNOWN_ARM_TYPE 0xFFFFFFFFu
+/** Kine_IsSingularity: the joints are singular. */
+#define KINE_SINGULAR 0xFFFFFFFFu
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Records. Little-endian, natural alignment, 8-byte doubles; reserved bytes are never interpreted. */
+/* ---------------------------------------------------------------------------------------------- */
+
+#define KINE_ARM_FOUR_AXIS 4u         /**< four-axis arm, vertical screw axis 3 */
+#define KINE_ARM_SIX_AXIS 6u          /**< six-axis serial arm */
+#define KINE_ARM_FOUR_AXIS_4110 4110u /**< four-axis arm with its axis 2 counted from the folded elbow */
+
+/** A frame: position in mm, orientation R = Rz(A) * Ry(B) * Rx(C) in degrees. */
+typedef struct KineFrame
+{
+    double X; /**< mm */
+    double Y; /**< mm */
+    double Z; /**< mm */
+    double A; /**< deg, rotation about Z */
+    double B; /**< deg, rotation about Y */
+    double C; /**< deg, rotation about X */
+} KineFrame;
+
+/**
+ * Posture and turns of an arm.
+ *
+ * |      | arm type 6                    | arm type 4               | arm type 4110               |
+ * |------|-------------------------------|--------------------------|-----------------------------|
+ * | Cfg1 | quarter-turn number of axis 1 | +1 axis 2 > 0, -1 otherwise | +1 axis 2 < 0, -1 otherwise |
+ * | Cfg2 | quarter-turn number of axis 4 | 0                        | quarter-turn number of axis 1 |
+ * | Cfg3 | quarter-turn number of axis 6 | 0                        | quarter-turn number of axis 2 |
+ * | Cfg4 | posture 0..7                  | quarter-turn number of axis 4 | quarter-turn number of axis 4 |
+ *
+ * A quarter-turn number is 0 for [0, 90), 1 for [90, 180), -1 for [-90, 0) degrees and so on; every
+ * boundary lies 0.0005 degrees lower. Arm type 4110 looks at axis 2 wrapped into +-180 for Cfg1.
+ *
+ * Posture of arm type 6: bit 0 (1) axis 5 negative, bit 1 (2) elbow on the far side (axis 3 at or beyond
+ * 90 degrees - atan(a3 / d4)), bit 2 (4) wrist centre behind the axis of joint 1.
+ */
+typedef struct KineArmConfig
+{
+    int32_t Cfg1;
+    int32_t Cfg2;
+    int32_t Cfg3;
+    int32_t Cfg4;
+} KineArmConfig;
+
+/** A Cartesian target: frame, configuration integers (see KineArmConfig) and external axes. */
+typedef struct KinePose
+{
+    KineFrame Frame;   /**< mm, deg */
+    int32_t Cfg1;      /**< see KineArmConfig */
+    int32_t Cfg2;      /**< see KineArmConfig */
+    int32_t Cfg3;      /**< see KineArmConfig */
+    int32_t Cfg4;      /**< see KineArmConfig */
+    double ExtAxis[6]; /**< deg (rotary) or mm (linear) */
+} KinePose;
+
+/** An axis position. Arms use the first 4 or 6 axes; the others are carried but not read. */
+typedef struct KineJoint
+{
+    double Axis[8];    /**< deg; axis 3 of the four-axis arms is the angle of the screw */
+    double ExtAxis[6]; /**< deg (rotary) or mm (linear) */
+} KineJoint;
+
+/** A load. Accepted when |Aom| <= 180 and Mass and Inertia are not negative (NaN passes). */
+typedef struct KineLoad
+{
+    double Mass;       /**< kg */
+    double Cog[3];     /**< mm, centre of gravity X, Y, Z */
+    double Aom[3];     /**< deg, orientation of the inertia axes; checked but not used */
+    double Inertia[3]; /**< Ix, Iy, Iz; checked but without effect on any result */
+} KineLoad;
+
+/** A tool. Accepted when its frame angles are within +-180 and its load is acceptable. */
+typedef struct KineTool
+{
+    uint8_t HeldByRobot; /**< 1: on the flange; 0: stationary, the robot holds the work object */
+    uint8_t Reserved[7];
+    KineFrame TFrame; /**< tool centre point in the flange, or in the world for a stationary tool */
+    KineLoad TLoad;   /**< load of the tool, centre of gravity in the flange */
+} KineTool;
+
+/**
+ * A work object: user frame and, in it, object frame.
+ *
+ * Accepted when the angles of UFrame are within +-180 (also where UFrame is ignored), then, with UFFix 0,
+ * when MechUnitIndex is non-zero and below the number of configured mechanical units (a negative index
+ * passes here and fails in the call's frame conversion), then when the angles of OFrame are within +-180.
+ *
+ * A refused index prints "IsLegalWobj,!pWobj->UFFix:%d;\n" with the number of mechanical units.
+ */
+typedef struct KineWobj
+{
+    uint8_t HeldByRobot;  /**< 1: held by the robot (stationary tool) */
+    uint8_t UFFix;        /**< 1: user frame fixed, given in UFrame; 0: carried by a mechanical unit */
+    int8_t MechUnitIndex; /**< the carrying mechanical unit when UFFix is 0 */
+    uint8_t Reserved[5];
+    KineFrame UFrame; /**< in the world, or in the flange when held; taken as zero unless UFFix is 1 */
+    KineFrame OFrame; /**< in the user frame */
+} KineWobj;
+
+/** A mechanical unit: a positioner or a track. */
+typedef struct KineMechUnit
+{
+    int32_t Active;    /**< 0: accepted without looking at AxisCount */
+    uint16_t UnitKind; /**< 1: one linear axis, 2: one rotary axis, 3: two rotary axes */
+    uint8_t Option1;   /**< 1: this unit (stored at index 0) says what carries the robot */
+    uint8_t Option2;   /**< index of the unit under the robot when Option1 is 1 */
+    uint8_t AxisCount; /**< number of axes */
+    uint8_t Reserved[7];
+    KineFrame AxisFrame[6];    /**< rotary: the frame the axis turns about Z; linear: it moves along X */
+    uint8_t AxisParamIndex[6]; /**< for each axis, which of the six external axes drives it (0..5) */
+    uint8_t Reserved2[2];
+} KineMechUnit;
+
+/** One external axis; stored for the caller. Only Word[3] is read by the library. */
+typedef struct KineExtAxisParam
+{
+    int16_t Word[4];
+    uint32_t Raw0;
+    uint32_t Raw1;
+    float AngleA; /**< deg */
+    float AngleB; /**< deg */
+    uint32_t Value[7];
+    int16_t Tail[3];
+    uint8_t Reserved[2];
+} KineExtAxisParam;
+
+/**
+ * Parameters of arm type 6, a chain of standard Denavit-Hartenberg links
+ * A(i) = Rz(theta) * Tz(d) * Tx(a) * Rx(alpha) with theta = q1, q2 + 90, q3, q4, q5,
+ * d = d1, 0, d3, d4, d5, a = a1..a5, alpha = alpha1..alpha5, an extra Ry(beta2) after link 2, and the
+ * flange Rz(q6) * Tz(d6).
+ *
+ * The inverse starts from a closed form of the nominal arm, whose twists are (90, 0, 90, -90, 90), whose
+ * d3 equals lateralOffset and whose beta2, d5, a4, a5 are 0, and refines on the full chain. The record of
+ * a calibrated arm differs from its nominal arm by small errors only; for other chains the forward calls
+ * hold, while the inverse ends in KINE_ERR_IK_9 or KINE_ERR_IK_ACCURACY.
+ */
+typedef struct KineSixAxisParam
+{
+    double a1;            /**< mm, axis 1 to axis 2; not below -1e-5 */
+    double a2;            /**< mm, upper arm; not below 1e-5 */
+    double a3;            /**< mm, elbow offset; not below -1e-5 */
+    double d4;            /**< mm, forearm; not below 1e-5 */
+    double d6;            /**< mm, wrist centre to flange; not below -1e-5 */
+    double d1;            /**< mm, height of axis 2 over the base plane */
+    double lateralOffset; /**< mm, wrist centre off the plane of the arm; read by the inverse only */
+    double reserved0;
+    double alpha1; /**< deg */
+    double alpha2; /**< deg */
+    double alpha3; /**< deg */
+    double alpha4; /**< deg */
+    double alpha5; /**< deg */
+    double beta2;  /**< deg, rotation about Y at the end of link 2 */
+    double d3;     /**< mm */
+    double d5;     /**< mm */
+    double a4;     /**< mm */
+    double a5;     /**< mm */
+    double mountX; /**< deg, tilt of the base about X against gravity */
+    double mountY; /**< deg, tilt of the base about Y against gravity */
+    double reserved1[4];
+    double G[7]; /**< N mm, weight coefficients of the links; G[6] has no effect */
+    double k2;   /**< N m / rad, stiffness of joint 2; 0 switches the deflection off */
+    double k3;   /**< N m / rad, stiffness of joint 3; 0 switches the deflection off */
+    double k5;   /**< N m / rad, stiffness of joint 5; 0 switches the deflection off */
+} KineSixAxisParam;
+
+/** Parameters of arm types 4 and 4110. */
+typedef struct KineFourAxisParam
+{
+    double Link1Length; /**< mm, not below 1e-5 */
+    double Link2Length; /**< mm, not below 1e-5 */
+    double ZOffset;     /**< mm, height of the flange at axis 3 = 0 */
+    double ScrewLead;   /**< mm per revolution of axis 3, not below 1e-5 */
+    double reserved0[4];
+    double Link1TiltX; /**< deg */
+    double Link2TiltX; /**< deg */
+    double Link1TiltY; /**< deg */
+    double Link2TiltY; /**< deg */
+} KineFourAxisParam;
+
+/** Kinematic parameters: the view of the arm type in use. A call reads no byte beyond that view. */
+typedef union KineKinematicParam
+{
+    KineSixAxisParam SixAxis;   /**< arm type 6: 272 bytes */
+    KineFourAxisParam FourAxis; /**< arm types 4 and 4110: the first 96 bytes */
+} KineKinematicParam;
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Setup: describes the arm and its cell                                                          */
+/* ---------------------------------------------------------------------------------------------- */
+
+/**
+ * Selects and initialises the arm. Clears the mechanical units and external axes, puts the robot base at
+ * the world origin and opens all axis limits; only the enable flag of Kine_SetMechUnitGlobalCfg survives.
+ *
+ * @param armType one of KINE_ARM_...
+ * @param param   parameters; the view of armType is read, mm and degrees
+ *
+ * Codes in this order:
+ *  - KINE_ERR_UNKNOWN_ARM_TYPE: armType is none of KINE_ARM_...
+ *  - KINE_ERR_MODEL_PARAM: param is null; or a length is below its bound. A NaN length passes.
+ *
+ * After any failure the library is not initialised, whatever it was before, and units and axes are clear.
+ */
+KINE_API KineResult KINE_CALL Kine_InitKinematicParam(uint32_t armType, const KineKinematicParam* param);
+
+/**
+ * Sets the axis limits. They bound the turn numbers a target may ask for (Kine_IsArmTypeValid); joint
+ * values are not checked against them. A pair with lower >= upper is replaced by an open one.
+ *
+ * @param upper upper limits, deg
+ * @param lower lower limits, deg; axes 7 and 8 and the external axes of both are not read
+ *
+ * Codes in this order: KINE_ERR_JOINT (upper or lower null), KINE_ERR_NOT_INITIALISED.
+ */
+KINE_API KineResult KINE_CALL Kine_SetAxisLimit(const KineJoint* upper, const KineJoint* lower);
+
+/**
+ * Says how many mechanical units and external axes the cell has.
+ *
+ * @param mechUnitCount    0..3
+ * @param extAxisItemCount 0..6
+ * @param enable           0: the counts are ignored and kept, and the two calls below do nothing;
+ *                         any other value: they take effect
+ *
+ * The enable flag is stored first, even when the counts are refused.
+ *
+ * Codes and lines in this order, both KINE_ERR_MECH_UNIT_COUNT:
+ *  - mechUnitCount > 3: "IsLegalMechUnitAndExtAxisNum:mechUnitCount:%d,%d\n" with mechUnitCount and 3
+ *  - extAxisItemCount > 6: "IsLegalMechUnitAndExtAxisNum:extAxisParamItemCount:%d,%d\n" with
+ *    extAxisItemCount and 6
+ */
+KINE_API KineResult KINE_CALL Kine_SetMechUnitGlobalCfg(uint32_t mechUnitCount, uint32_t extAxisItemCount,
+                                                        uint32_t enable);
+
+/**
+ * Stores a mechanical unit. The unit stored at index 0 also says what the robot stands on: with Option1
+ * equal to 1 it stands on the last axis of unit Option2, otherwise fixed at the world origin.
+ *
+ * Returns KINE_OK and changes nothing while mechanical units are not enabled.
+ *
+ * @param index 0..2
+ * @param unit  the unit; mm and degrees
+ *
+ * Codes and lines in this order, all KINE_ERR_MECH_UNIT; nothing is stored:
+ *  - index < 0 or index > 2: "IsLegalMechUnit:index:%d,%d\n" with index and the unit count
+ *  - unit is null: no line
+ *  - Active is not 0 and AxisCount exceeds the number of external-axis items:
+ *    "IsLegalMechUnit\xA3\xBApArmMechUnit->AxisCount,pMechUnitAndExtAxisPara->ExtAxisNum:%d,%d\n" with both
+ *    (the two bytes A3 BA are a full-width colon in code page GBK)
+ */
+KINE_API KineResult KINE_CALL Kine_SetMechUnitParam(int32_t index, const KineMechUnit* unit);
+
+/**
+ * Stores an external axis. Returns KINE_OK and changes nothing while mechanical units are not enabled.
+ *
+ * @param index 0..5
+ * @param param the axis
+ *
+ * Codes and lines in this order, both KINE_ERR_EXT_AXIS_PARAM; nothing is stored:
+ *  - index < 0 or index > 5: "IsLegalExtAxisParam:index:%d,%d\n" with index and the item count
+ *  - param is null: no line
+ */
+KINE_API KineResult KINE_CALL Kine_SetExtAxisParam(int32_t index, const KineExtAxisParam* param);
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Queries about the arm                                                                          */
+/* ---------------------------------------------------------------------------------------------- */
+
+/**
+ * Gives the posture and turns of a joint set (not the arm type, in spite of the name).
+ *
+ * @param joints axes, deg; any size, NaN and infinity give the ends of the int32 range
+ * @param config result, see KineArmConfig
+ *
+ * Codes in this order: KINE_ERR_JOINT (joints null), KINE_ERR_CONFIG (config null),
+ * KINE_ERR_NOT_INITIALISED.
+ */
+KINE_API KineResult KINE_CALL Kine_GetArmType(const KineJoint* joints, KineArmConfig* config);
+
+/**
+ * Says whether the turn numbers of a pose fit the axis limits, with two quarter turns to spare on either
+ * side. Arm type 6 looks at Cfg1 to Cfg3, arm type 4 at Cfg4, arm type 4110 at Cfg2 to Cfg4.
+ *
+ * Codes in this order: KINE_ERR_POSE (null, or an angle beyond +-180), KINE_ERR_NOT_INITIALISED,
+ * KINE_ERR_CONFIG.
+ */
+KINE_API KineResult KINE_CALL Kine_IsArmTypeValid(const KinePose* pose);
+
+/**
+ * Says whether a joint set is close to a singularity: KINE_SINGULAR or KINE_OK.
+ *
+ * Arm type 6: wrist centre close to the axis of joint 1 (mm), elbow stretched or folded (cosine), or wrist
+ * straight (sine). Arm types 4 and 4110: axis 2 within the threshold above a multiple of 180 degrees,
+ * counted toward zero (just below such a multiple is not singular, seen from zero).
+ *
+ * @param joints axes, deg; NaN is never singular
+ * @param kind   0 or 1: 20 mm, 0.05, 0.05 (arm type 6), 0.0192 rad; 2: 30 mm, 0.087266, 0.087266,
+ *               0.0524 rad; any other value: nothing is ever singular
+ *
+ * Codes in this order: KINE_ERR_JOINT (null), KINE_ERR_NOT_INITIALISED.
+ */
+KINE_API KineResult KINE_CALL Kine_IsSingularity(const KineJoint* joints, uint32_t kind);
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Forward: joints to positions                                                                   */
+/* ---------------------------------------------------------------------------------------------- */
+
+/**
+ * Position of the tool centre point in the robot base, from the joints.
+ *
+ * The four calls Kine_JointTo...Pos share arguments, checks and lines. With a tool on the flange
+ * (tool HeldByRobot 1, work object 0) the point is carried by the arm. With a stationary tool (0, 1) the
+ * arm carries the work object; the tool stands in the world at TFrame.
+ *
+ * @param joints axes and external axes, deg and mm
+ * @param tool   tool
+ * @param wobj   work object
+ * @param load   payload behind the flange frame; with the tool load it bends arm type 6 (see
+ *               KineSixAxisParam.k2), its centre of gravity is given in the frame the flange carries
+ * @param pose   result: mm and deg, the configuration of the joints and the external axes of the joints
+ *
+ * Codes in this order:
+ *  - KINE_ERR_JOINT (null), KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_LOAD
+ *  - KINE_ERR_HOLD: the two HeldByRobot bytes are equal
+ *  - KINE_ERR_POSE: pose is null
+ *  - each failing step prints one line with its code as a signed decimal and returns the code:
+ *    - "FK Error 1:%d\n": KINE_ERR_NOT_INITIALISED
+ *    - "FK Error 2:%d\n": KINE_ERR_HOLD_CONFLICT, the bytes differ but both are non-zero
+ *    - "FK Error 4:%d\n": from the base to the world: KINE_ERR_F2W_UNIT_KIND, the unit under the robot is
+ *      not usable
+ *    - "FK Error 6:%d\n": from the world to the work object: KINE_ERR_W2F_UNIT_KIND, the unit under the work
+ *      object is not usable; KINE_ERR_AXIS_ORIGIN, the frame of one of its rotary axes lies at the origin
+ *
+ * A mechanical unit is usable when its index is 0..2 and not above the unit count, its kind is 1..3, it
+ * has the axes of its kind, and these are driven by external axes 0..5.
+ *
+ * A tool byte other than 0 and 1 counts as held when the flange frame is chosen and takes the path of the
+ * stationary tool afterwards; only Kine_JointToWobjPos gives the same answer as for 1.
+ *
+ * With a stationary tool this call gives the tool centre point in the base through the held work object.
+ */
+KINE_API KineResult KINE_CALL Kine_JointToBasePos(const KineJoint* joints, const KineTool* tool,
+                                                  const KineWobj* wobj, const KineLoad* load, KinePose* pose);
+
+/**
+ * Position of the tool centre point in the flange; see Kine_JointToBasePos. With a tool on the flange it
+ * is TFrame itself with external axes 0, and no step after "FK Error 2" runs.
+ */
+KINE_API KineResult KINE_CALL Kine_JointToFlangePos(const KineJoint* joints, const KineTool* tool,
+                                                    const KineWobj* wobj, const KineLoad* load,
+                                                    KinePose* pose);
+
+/** Position of the tool centre point in the world; see Kine_JointToBasePos. */
+KINE_API KineResult KINE_CALL Kine_JointToWorldPos(const KineJoint* joints, const KineTool* tool,
+                                                   const KineWobj* wobj, const KineLoad* load,
+                                                   KinePose* pose);
+
+/**
+ * Position of the tool centre point in the work object (object frame); see Kine_JointToBasePos. All steps
+ * run for both set-ups of the cell.
+ */
+KINE_API KineResult KINE_CALL Kine_JointToWobjPos(const KineJoint* joints, const KineTool* tool,
+                                                  const KineWobj* wobj, const KineLoad* load, KinePose* pose);
+
+/**
+ * Pose of the arm in the robot base for vision calibration: without tool, work object and payload.
+ *
+ * Arm type 6: origin and orientation of frame 5 (the wrist; joint 6 and d6 are left out). Arm types 4 and
+ * 4110: flange in the plane, z = 0, with the heading of the forearm (axis 4 left out; arm type 4110 takes
+ * axis 2 as the elbow angle itself).
+ *
+ * @param joints axes, deg
+ * @param pose   result: mm and deg, the configuration of the joints, external axes 0
+ *
+ * Codes in this order: KINE_ERR_JOINT (joints null), KINE_ERR_POSE (pose null), KINE_ERR_NOT_INITIALISED.
+ * Nothing is printed.
+ */
+KINE_API KineResult KINE_CALL Kine_FKineVision(const KineJoint* joints, KinePose* pose);
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Inverse: positions to joints                                                                   */
+/* ---------------------------------------------------------------------------------------------- */
+
+/**
+ * Joints that bring the tool centre point to a target in the work object; the inverse of
+ * Kine_JointToWobjPos.
+ *
+ * The configuration integers of the target choose posture and turns; its external axes place the
+ * mechanical units. No joint value is needed to start from.
+ *
+ * @param target pose in the work object (object frame), mm and deg, with configuration and external axes
+ * @param tool   tool
+ * @param wobj   work object
+ * @param load   payload
+ * @param joints result: axes in deg (unused ones 0) and the external axes of the target
+ *
+ * Codes in this order:
+ *  - KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_LOAD
+ *  - KINE_ERR_POSE: target null or an angle beyond +-180
+ *  - KINE_ERR_HOLD: the two HeldByRobot bytes are equal
+ *  - KINE_ERR_JOINT: joints is null
+ *  - without a line: KINE_ERR_NOT_INITIALISED; KINE_ERR_CONFIG, as in Kine_IsArmTypeValid
+ *  - each failing step prints one line with its code as a signed decimal and returns the code:
+ *    - "IK error 0:%d\n": KINE_ERR_HOLD_CONFLICT, the bytes differ but both are non-zero
+ *    - "IK error 2:%d\n": from the work object to the world: KINE_ERR_F2W_UNIT_KIND
+ *    - "IK error 3:%d\n": from the world to the base: KINE_ERR_W2F_UNIT_KIND, KINE_ERR_AXIS_ORIGIN
+ *    - "IK error 5:%d\n": the arm:
+ *      - arm type 6: KINE_ERR_CONFIG (a turn number beyond +-1000000), KINE_ERR_IK_6,
+ *        KINE_ERR_CONFIG (posture not 0..7), KINE_ERR_IK_7, KINE_ERR_IK_8, then of the refinement
+ *        KINE_ERR_SINGULAR, KINE_ERR_IK_9, KINE_ERR_IK_ACCURACY
+ *      - arm types 4 and 4110: KINE_ERR_CONFIG (a turn number it uses beyond +-1000000, or Cfg1 neither 1
+ *        nor -1), KINE_ERR_IK_REACH, KINE_ERR_IK_SINGULAR, then of the refinement KINE_ERR_SINGULAR, and
+ *        KINE_ERR_IK_REACH for a result that is not finite
+ *
+ * Solving the pose of known joints returns these joints. Arm type 6: for axes 2 and 5 within +-180 and
+ * axis 3 in [-90 - e, 270 - e) degrees, e = atan(a3 / d4), and any turn of axes 1, 4 and 6; outside, an
+ * equivalent joint set. Arm type 4: for axis 1 in (-180, 180], axis 2 strictly between 0 and 180 in size
+ * and any turn of axis 4. Arm type 4110 without tilts: for any turn of axes 1, 2 and 4.
+ *
+ * The four-axis arms refine the raw difference of headings, so a target heading within rounding of +-180
+ * degrees may converge to another answer when the tool point lies off the flange axis.
+ */
+KINE_API KineResult KINE_CALL Kine_WobjPosToJoint(const KinePose* target, const KineTool* tool,
+                                                  const KineWobj* wobj, const KineLoad* load,
+                                                  KineJoint* joints);
+
+#ifdef __cplusplus
+}
+#endif
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Layout: a compiler that lays the records out differently cannot compile this header            */
+/* ---------------------------------------------------------------------------------------------- */
+
+#if defined(__cplusplus)
+#define KINE_STATIC_ASSERT(name, condition) static_assert(condition, #name)
+#elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
+#define KINE_STATIC_ASSERT(name, condition) _Static_assert(condition, #name)
+#else
+#define KINE_STATIC_ASSERT(name, condition) typedef char KineAssert_##name[(condition) ? 1 : -1]
+#endif
+#define KINE_ASSERT_SIZE(type, size) KINE_STATIC_ASSERT(type##_size, sizeof(type) == (size))
+#define KINE_ASSERT_OFFSET(type, field, offset) \
+    KINE_STATIC_ASSERT(type##_##field, offsetof(type, field) == (offset))
+
+KINE_ASSERT_SIZE(KineFrame, 48);
+KINE_ASSERT_OFFSET(KineFrame, X, 0);
+KINE_ASSERT_OFFSET(KineFrame, Y, 8);
+KINE_ASSERT_OFFSET(KineFrame, Z, 16);
+KINE_ASSERT_OFFSET(KineFrame, A, 24);
+KINE_ASSERT_OFFSET(KineFrame, B, 32);
+KINE_ASSERT_OFFSET(KineFrame, C, 40);
+
+KINE_ASSERT_SIZE(KineArmConfig, 16);
+KINE_ASSERT_OFFSET(KineArmConfig, Cfg1, 0);
+KINE_ASSERT_OFFSET(KineArmConfig, Cfg2, 4);
+KINE_ASSERT_OFFSET(KineArmConfig, Cfg3, 8);
+KINE_ASSERT_OFFSET(KineArmConfig, Cfg4, 12);
+
+KINE_ASSERT_SIZE(KinePose, 112);
+KINE_ASSERT_OFFSET(KinePose, Frame, 0);
+KINE_ASSERT_OFFSET(KinePose, Cfg1, 48);
+KINE_ASSERT_OFFSET(KinePose, Cfg2, 52);
+KINE_ASSERT_OFFSET(KinePose, Cfg3, 56);
+KINE_ASSERT_OFFSET(KinePose, Cfg4, 60);
+KINE_ASSERT_OFFSET(KinePose, ExtAxis, 64);
+
+KINE_ASSERT_SIZE(KineJoint, 112);
+KINE_ASSERT_OFFSET(KineJoint, Axis, 0);
+KINE_ASSERT_OFFSET(KineJoint, ExtAxis, 64);
+
+KINE_ASSERT_SIZE(KineLoad, 80);
+KINE_ASSERT_OFFSET(KineLoad, Mass, 0);
+KINE_ASSERT_OFFSET(KineLoad, Cog, 8);
+KINE_ASSERT_OFFSET(KineLoad, Aom, 32);
+KINE_ASSERT_OFFSET(KineLoad, Inertia, 56);
+
+KINE_ASSERT_SIZE(KineTool, 136);
+KINE_ASSERT_OFFSET(KineTool, HeldByRobot, 0);
+KINE_ASSERT_OFFSET(KineTool, Reserved, 1);
+KINE_ASSERT_OFFSET(KineTool, TFrame, 8);
+KINE_ASSERT_OFFSET(KineTool, TLoad, 56);
+
+KINE_ASSERT_SIZE(KineWobj, 104);
+KINE_ASSERT_OFFSET(KineWobj, HeldByRobot, 0);
+KINE_ASSERT_OFFSET(KineWobj, UFFix, 1);
+KINE_ASSERT_OFFSET(KineWobj, MechUnitIndex, 2);
+KINE_ASSERT_OFFSET(KineWobj, Reserved, 3);
+KINE_ASSERT_OFFSET(KineWobj, UFrame, 8);
+KINE_ASSERT_OFFSET(KineWobj, OFrame, 56);
+
+KINE_ASSERT_SIZE(KineMechUnit, 312);
+KINE_ASSERT_OFFSET(KineMechUnit, Active, 0);
+KINE_ASSERT_OFFSET(KineMechUnit, UnitKind, 4);
+KINE_ASSERT_OFFSET(KineMechUnit, Option1, 6);
+KINE_ASSERT_OFFSET(KineMechUnit, Option2, 7);
+KINE_ASSERT_OFFSET(KineMechUnit, AxisCount, 8);
+KINE_ASSERT_OFFSET(KineMechUnit, Reserved, 9);
+KINE_ASSERT_OFFSET(KineMechUnit, AxisFrame, 16);
+KINE_ASSERT_OFFSET(KineMechUnit, AxisParamIndex, 304);
+KINE_ASSERT_OFFSET(KineMechUnit, Reserved2, 310);
+
+KINE_ASSERT_SIZE(KineExtAxisParam, 60);
+KINE_ASSERT_OFFSET(KineExtAxisParam, Word, 0);
+KINE_ASSERT_OFFSET(KineExtAxisParam, Raw0, 8);
+KINE_ASSERT_OFFSET(KineExtAxisParam, Raw1, 12);
+KINE_ASSERT_OFFSET(KineExtAxisParam, AngleA, 16);
+KINE_ASSERT_OFFSET(KineExtAxisParam, AngleB, 20);
+KINE_ASSERT_OFFSET(KineExtAxisParam, Value, 24);
+KINE_ASSERT_OFFSET(KineExtAxisParam, Tail, 52);
+KINE_ASSERT_OFFSET(KineExtAxisParam, Reserved, 58);
+
+KINE_ASSERT_SIZE(KineSixAxisParam, 272);
+KINE_ASSERT_OFFSET(KineSixAxisParam, a1, 0);
+KINE_ASSERT_OFFSET(KineSixAxisParam, a2, 8);
+KINE_ASSERT_OFFSET(KineSixAxisParam, a3, 16);
+KINE_ASSERT_OFFSET(KineSixAxisParam, d4, 24);
+KINE_ASSERT_OFFSET(KineSixAxisParam, d6, 32);
+KINE_ASSERT_OFFSET(KineSixAxisParam, d1, 40);
+KINE_ASSERT_OFFSET(KineSixAxisParam, lateralOffset, 48);
+KINE_ASSERT_OFFSET(KineSixAxisParam, reserved0, 56);
+KINE_ASSERT_OFFSET(KineSixAxisParam, alpha1, 64);
+KINE_ASSERT_OFFSET(KineSixAxisParam, alpha2, 72);
+KINE_ASSERT_OFFSET(KineSixAxisParam, alpha3, 80);
+KINE_ASSERT_OFFSET(KineSixAxisParam, alpha4, 88);
+KINE_ASSERT_OFFSET(KineSixAxisParam, alpha5, 96);
+KINE_ASSERT_OFFSET(KineSixAxisParam, beta2, 104);
+KINE_ASSERT_OFFSET(KineSixAxisParam, d3, 112);
+KINE_ASSERT_OFFSET(KineSixAxisParam, d5, 120);
+KINE_ASSERT_OFFSET(KineSixAxisParam, a4, 128);
+KINE_ASSERT_OFFSET(KineSixAxisParam, a5, 136);
+KINE_ASSERT_OFFSET(KineSixAxisParam, mountX, 144);
+KINE_ASSERT_OFFSET(KineSixAxisParam, mountY, 152);
+KINE_ASSERT_OFFSET(KineSixAxisParam, reserved1, 160);
+KINE_ASSERT_OFFSET(KineSixAxisParam, G, 192);
+KINE_ASSERT_OFFSET(KineSixAxisParam, k2, 248);
+KINE_ASSERT_OFFSET(KineSixAxisParam, k3, 256);
+KINE_ASSERT_OFFSET(KineSixAxisParam, k5, 264);
+
+KINE_ASSERT_SIZE(KineFourAxisParam, 96);
+KINE_ASSERT_OFFSET(KineFourAxisParam, Link1Length, 0);
+KINE_ASSERT_OFFSET(KineFourAxisParam, Link2Length, 8);
+KINE_ASSERT_OFFSET(KineFourAxisParam, ZOffset, 16);
+KINE_ASSERT_OFFSET(KineFourAxisParam, ScrewLead, 24);
+KINE_ASSERT_OFFSET(KineFourAxisParam, reserved0, 32);
+KINE_ASSERT_OFFSET(KineFourAxisParam, Link1TiltX, 64);
+KINE_ASSERT_OFFSET(KineFourAxisParam, Link2TiltX, 72);
+KINE_ASSERT_OFFSET(KineFourAxisParam, Link1TiltY, 80);
+KINE_ASSERT_OFFSET(KineFourAxisParam, Link2TiltY, 88);
+
+KINE_ASSERT_SIZE(KineKinematicParam, 272);
+KINE_ASSERT_OFFSET(KineKinematicParam, SixAxis, 0);
+KINE_ASSERT_OFFSET(KineKinematicParam, FourAxis, 0);
+
+#undef KINE_ASSERT_OFFSET
+#undef KINE_ASSERT_SIZE
+#undef KINE_STATIC_ASSERT
+
+#endif /* KINEDLL_H */
