@@ -1,0 +1,55 @@
+// Scalar helpers for angles. Radians unless a name says otherwise.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace kine {
+
+inline constexpr double DEG2RAD = 0.017453292519943295;
+inline constexpr double RAD2DEG = 57.29577951308232;
+inline constexpr double kPi = 3.141592653589793;
+inline constexpr double kHalfPi = 1.5707963267948966;
+inline constexpr double kTwoPi = 6.283185307179586;
+
+// Sine and cosine of one angle.
+struct SinCos
+{
+    double sin;
+    double cos;
+};
+
+// Where the C library computes both in one call, this call is named: left to the optimiser, some builds
+// would pair std::sin with std::cos and others not, and the paired results may differ in the last bit.
+inline SinCos SinCosOf(double angle)
+{
+    SinCos result{};
+#if defined(__GLIBC__)
+    ::sincos(angle, &result.sin, &result.cos);
+#else
+    result.sin = std::sin(angle);
+    result.cos = std::cos(angle);
+#endif
+    return result;
+}
+
+// Arguments this far outside [-1, 1] are rounding noise and count as +-1. At the limit itself and beyond
+// the argument is passed on, so that an unreachable target shows as NaN.
+inline constexpr double kArcTolerance = 1.00001;
+
+// Arc cosine and arc sine with the tolerance above; NaN for a NaN argument.
+double SafeAcos(double x);
+double SafeAsin(double x);
+
+// Rounds toward zero. Values beyond the range of int32 give its nearest end, NaN gives its lower end.
+inline std::int32_t TruncToInt32(double x)
+{
+    constexpr double kUpper = 2147483647.0;
+    constexpr double kLower = -2147483648.0;
+    if (x >= kUpper) return std::numeric_limits<std::int32_t>::max();
+    if (!(x > kLower)) return std::numeric_limits<std::int32_t>::min();  // NaN ends here
+    return static_cast<std::int32_t>(x);
+}
+
+}  // namespace kine
