@@ -1,0 +1,92 @@
+// Closed form and refinement of the four-axis arms.
+//
+// th: flange heading; px, py: flange in the plane; k: cosine of the elbow angle; e: error of the tool point,
+// millimetres and radians side by side; E: sum of its squares.
+#include "models/four_axis_inverse.h"
+
+#include <cmath>
+
+#include "models/four_axis_geometry.h"
+
+namespace kine {
+
+namespace {
+
+// Cosine of the elbow angle; equal fails, NaN fails. Up to here, on both sides, the arm counts as stretched.
+constexpr double kMaxElbowCosine = 1.00001;
+
+constexpr int kMaxNewtonSteps = 5;
+// Strictly below, the target is met.
+constexpr double kMaxSquaredError = 1e-12;
+
+struct ToolError
+{
+    std::array<double, 4> e;
+    double squared;
+};
+
+ToolError ToolErrorOf(const FourAxisParams& params, const Pose& target, const Pose& tool, const FourAngles& q)
+{
+    const Pose current = FourAxisToolPose(params, q, tool);
+    ToolError error{};
+    error.e = {target.x - current.x, target.y - current.y, target.z - current.z, target.a - current.a};
+    for (const double component : error.e) error.squared += component * component;
+    return error;
+}
+
+}  // namespace
+
+KineResult FourAxisClosedForm(const FourAxisParams& params, const Pose& target, const Pose& tool,
+                              std::int32_t posture, FourAxisSeed& seed)
+{
+    if (posture != 1 && posture != -1) return KINE_ERR_CONFIG;
+
+    const double th = target.a - tool.a;
+    const auto [s, c] = SinCosOf(th);
+    const double px = target.x - c * tool.x + s * tool.y;
+    const double py = target.y - s * tool.x - c * tool.y;
+    const double k =
+        (px * px + py * py - params.l1 * params.l1 - params.l2 * params.l2) / (2.0 * params.l1 * params.l2);
+    if (!(std::fabs(k) < kMaxElbowCosine)) return KINE_ERR_IK_REACH;
+
+    if (std::fabs(k) < 1.0) {
+        const double elbowSine = posture * std::sqrt(1.0 - k * k);
+        const double m = params.l1 + params.l2 * k;
+        const double n = params.l2 * elbowSine;
+        seed.elbow = posture * SafeAcos(k);
+        seed.q1 = std::atan2(m * py - n * px, m * px + n * py);
+    } else {
+        // A folded arm (k near -1) counts as stretched too.
+        seed.elbow = 0.0;
+        seed.q1 = std::atan2(py, px);
+    }
+    seed.q3 = kTwoPi * (target.z - params.z0 - tool.z) / params.lead;
+    seed.q4 = th - seed.q1 - seed.elbow;
+    return KINE_OK;
+}
+
+KineResult FourAxisRefine(const FourAxisParams& params, const Pose& target, const Pose& tool, FourAngles& q)
+{
+    ToolError error = ToolErrorOf(params, target, tool, q);
+    for (int step = 0; step < kMaxNewtonSteps && !(error.squared < kMaxSquaredError); ++step) {
+        Matrix4 inverse{};
+        if (const KineResult code = Jacobian4Inverse(FourAxisJacobian(params, q, tool), inverse)) return code;
+        for (std::size_t i = 0; i < q.size(); ++i) {
+            const double* row = inverse.m[i];
+            q[i] += row[0] * error.e[0] + row[1] * error.e[1] + row[2] * error.e[2] + row[3] * error.e[3];
+        }
+        error = ToolErrorOf(params, target, tool, q);
+    }
+    return KINE_OK;
+}
+
+KineResult WriteFourAxes(const FourAngles& q, std::array<double, 8>& axes)
+{
+    for (const double angle : q) {
+        if (!std::isfinite(angle)) return KINE_ERR_IK_REACH;
+    }
+    axes = {q[0], q[1], q[2], q[3], 0.0, 0.0, 0.0, 0.0};
+    return KINE_OK;
+}
+
+}  // namespace kine
