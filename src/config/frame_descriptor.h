@@ -1,0 +1,21 @@
+// Where a frame stands: fixed in the world or on a mechanical unit. Describes work objects and the robot
+// base alike.
+#pragma once
+
+#include <cstdint>
+
+#include "math/transform.h"
+
+namespace kine {
+
+inline constexpr std::int32_t kFixedInWorld = 2;
+inline constexpr std::int32_t kOnMechUnit = 3;
+
+struct FrameDescriptor
+{
+    std::int32_t mode;  // kFixedInWorld or kOnMechUnit; the frame services refuse anything else
+    std::int32_t unit;  // index of the mechanical unit, with kOnMechUnit
+    Pose frame;         // in the world, or in the last axis of the mechanical unit
+};
+
+}  // namespace kine

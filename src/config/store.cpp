@@ -1,0 +1,21 @@
+// The store and its reset.
+#include "config/store.h"
+
+namespace kine {
+
+namespace {
+
+constinit Store library{};
+
+}  // namespace
+
+void ResetCell(Store& store)
+{
+    store.mechUnits = {};
+    store.mounting = {};
+    store.mounting.mode = kFixedInWorld;
+}
+
+Store& Library() { return library; }
+
+}  // namespace kine
