@@ -1,0 +1,28 @@
+// The tool centre point in the work object to joints: the way of JointToWobj walked back.
+#pragma once
+
+#include "KineDll.h"
+#include "chain/records.h"
+#include "config/store.h"
+
+namespace kine {
+
+struct InverseRequest
+{
+    PoseRecord target;  // in the work object
+    Tool tool;
+    Wobj wobj;
+    Load payload;
+};
+
+// Every failing step but the check of the configuration prints its numbered line once; the joints are written
+// only on success.
+[[nodiscard]] KineResult WobjToJoint(const Store& store, const InverseRequest& request, Joints& joints);
+
+// The target as a pose of the carried frame in the frame of the other object: as it is with a held tool, its
+// inverse with a stationary one. KINE_ERR_CHAIN_4 when the hold flags contradict; the chain checks the hold
+// first.
+[[nodiscard]] KineResult RelativeTarget(const PoseRecord& target, const Tool& tool, const Wobj& wobj,
+                                        PoseRecord& relative);
+
+}  // namespace kine
