@@ -1,0 +1,51 @@
+# Compiler and linker options, in one place. CMAKE_COMPILE_WARNING_AS_ERROR is set by the presets.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+set(KINE_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=; empty for none")
+
+# Plain IEEE doubles, the same bits from every compiler and at every optimisation level: no contraction, and
+# sines and cosines left as the calls they are written as (a compiler that pairs them up calls another
+# function of the C library, which may round otherwise).
+set(kine_float_options -ffp-contract=off -fno-builtin-sin -fno-builtin-cos -fno-builtin-sincos)
+
+set(kine_warnings
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-qual -Wformat=2 -Wundef
+    -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wdouble-promotion -Wnull-dereference)
+
+function(kine_warning_options target)
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${kine_warnings}>)
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:C>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow>)
+    if(KINE_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${KINE_SANITIZE} -fno-sanitize-recover=all
+            -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${KINE_SANITIZE})
+    endif()
+endfunction()
+
+# What goes into the library: nothing is visible unless the header says so.
+function(kine_library_options target)
+    kine_warning_options(${target})
+    target_compile_options(${target} PRIVATE ${kine_float_options} -fno-exceptions -fno-rtti)
+    set_target_properties(${target} PROPERTIES
+        POSITION_INDEPENDENT_CODE ON
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+endfunction()
+
+# The library needs the C library at run time and nothing else. Sanitizers bring run-time libraries of their
+# own, which the linker must not insist on.
+function(kine_link_options target)
+    target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc)
+    if(KINE_SANITIZE)
+        target_link_options(${target} PRIVATE -fsanitize=${KINE_SANITIZE})
+    elseif(NOT WIN32)
+        target_link_options(${target} PRIVATE -Wl,--no-undefined -Wl,--exclude-libs,ALL)
+    endif()
+endfunction()

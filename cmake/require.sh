@@ -1,0 +1,39 @@
+# Sourced by the scripts in the root. Installs the Debian packages behind what is missing, as root; otherwise
+# says what is missing. Quiet when nothing is.
+
+# require NAME... : each name is one of those below.
+require() {
+    local name package missing=()
+    for name in "$@"; do
+        is_present "$name" || missing+=("$(package_of "$name")")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+
+    package="${missing[*]}"
+    if [ "$(id -u)" -ne 0 ] || ! command -v apt-get >/dev/null; then
+        echo "Missing: $package" >&2
+        echo "On Debian: sudo apt-get install $package" >&2
+        return 1
+    fi
+    echo "Installing: $package"
+    export DEBIAN_FRONTEND=noninteractive
+    apt-get update -qq >/dev/null && apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+is_present() {
+    case "$1" in
+        gtest) echo '#include <gtest/gtest.h>' | g++ -E -x c++ - >/dev/null 2>&1 ;;
+        mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
+        *) command -v "$1" >/dev/null ;;
+    esac
+}
+
+package_of() {
+    case "$1" in
+        ninja) echo ninja-build ;;
+        clang++) echo clang ;;
+        gtest) echo libgtest-dev ;;
+        mpmath) echo python3-mpmath ;;
+        *) echo "$1" ;;
+    esac
+}
