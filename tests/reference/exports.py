@@ -1,0 +1,235 @@
+"""The fourteen exports over raw bytes: copy, check in order, convert, run, convert back."""
+
+from collections import namedtuple
+
+import chains
+from geometry import matrix_to_pose, pose_to_matrix, product
+from ieee import to_signed32
+from margins import MARGINS
+from records import (ARM_CONFIG, CONFIG, DEG2RAD, EXT_AXIS_REFUSED, HOLD, JOINT_REFUSED, LOAD, LOAD_REFUSED,
+                     MECH_UNIT_COUNT, MECH_UNIT_REFUSED, OK, POSE_REFUSED, RAD2DEG, TOOL_REFUSED,
+                     UNKNOWN_ARM, WOBJ_REFUSED, Refused, angles_in_range, convert_ext_axis_param,
+                     load_is_legal, pack_joint, pack_pose, scaled, tool_is_legal, unpack_joint, unpack_load,
+                     unpack_mech_unit, unpack_pose, unpack_tool, unpack_wobj)
+from store import EXT_AXES, UNITS, Store
+
+# What a call answered: the code, the bytes on standard output, the record written (None: untouched).
+Outcome = namedtuple("Outcome", "code printed output")
+
+UNIT_COLON_LINE = (b"IsLegalMechUnit\xa3\xba"
+                   b"pArmMechUnit->AxisCount,pMechUnitAndExtAxisPara->ExtAxisNum:%d,%d\n")
+
+# Argument kinds per export, in order. A trailing "out" is the result record.
+SIGNATURES = {
+    "Kine_InitKinematicParam": ("uint", "param"),
+    "Kine_SetAxisLimit": ("joint", "joint"),
+    "Kine_SetMechUnitGlobalCfg": ("uint", "uint", "uint"),
+    "Kine_SetMechUnitParam": ("int", "unit"),
+    "Kine_SetExtAxisParam": ("int", "ext_axis"),
+    "Kine_GetArmType": ("joint", "out_config"),
+    "Kine_IsArmTypeValid": ("pose",),
+    "Kine_IsSingularity": ("joint", "uint"),
+    "Kine_JointToBasePos": ("joint", "tool", "wobj", "load", "out_pose"),
+    "Kine_JointToFlangePos": ("joint", "tool", "wobj", "load", "out_pose"),
+    "Kine_JointToWorldPos": ("joint", "tool", "wobj", "load", "out_pose"),
+    "Kine_JointToWobjPos": ("joint", "tool", "wobj", "load", "out_pose"),
+    "Kine_FKineVision": ("joint", "out_pose"),
+    "Kine_WobjPosToJoint": ("pose", "tool", "wobj", "load", "out_joint"),
+}
+
+OUTPUT_SIZES = {"out_config": 16, "out_pose": 112, "out_joint": 112}
+
+FORWARD_CHAINS = {
+    "Kine_JointToBasePos": chains.joint_to_base,
+    "Kine_JointToFlangePos": chains.joint_to_flange,
+    "Kine_JointToWorldPos": chains.joint_to_world,
+    "Kine_JointToWobjPos": chains.joint_to_wobj,
+}
+
+
+class Library:
+    """One configuration store behind the exports.
+
+    Records are bytes or None for a null pointer; a result argument is True, or False for a null pointer.
+    """
+
+    def __init__(self):
+        self.store = Store()
+
+    def call(self, name, *args):
+        MARGINS.clear()
+        self.store.printed = []
+        output = None
+        try:
+            if name in FORWARD_CHAINS:
+                output = self.forward(FORWARD_CHAINS[name], *args)
+                code = OK
+            else:
+                code, output = getattr(self, name)(*args)
+        except Refused as refused:
+            code = refused.code
+        return Outcome(code, b"".join(self.store.printed), output)
+
+    # Taking arguments
+
+    def take_joints(self, data):
+        require(data is not None, JOINT_REFUSED)
+        return unpack_joint(data)
+
+    def take_tool(self, data):
+        require(data is not None, TOOL_REFUSED)
+        tool = unpack_tool(data)
+        require(tool_is_legal(tool), TOOL_REFUSED)
+        return tool
+
+    def take_wobj(self, data):
+        require(data is not None, WOBJ_REFUSED)
+        wobj = unpack_wobj(data)
+        require(angles_in_range(wobj.user[3:]), WOBJ_REFUSED)
+        if wobj.fix == 0 and not (wobj.unit != 0 and wobj.unit < self.store.unit_count):
+            self.store.print(b"IsLegalWobj,!pWobj->UFFix:%d;\n" % self.store.unit_count)
+            raise Refused(WOBJ_REFUSED)
+        require(angles_in_range(wobj.object[3:]), WOBJ_REFUSED)
+        return wobj
+
+    def take_load(self, data):
+        require(data is not None, LOAD_REFUSED)
+        load = unpack_load(LOAD.unpack(data))
+        require(load_is_legal(load), LOAD_REFUSED)
+        return load
+
+    def take_pose(self, data):
+        require(data is not None, POSE_REFUSED)
+        pose = unpack_pose(data)
+        require(angles_in_range(pose.frame[3:]), POSE_REFUSED)
+        return pose
+
+    # Setup
+
+    def Kine_InitKinematicParam(self, arm_type, data):
+        return self.store.initialise(arm_type, data), None
+
+    def Kine_SetAxisLimit(self, upper, lower):
+        upper, lower = self.take_joints(upper), self.take_joints(lower)
+        return self.store.set_limits(joints_to_radians(upper).axis, joints_to_radians(lower).axis), None
+
+    def Kine_SetMechUnitGlobalCfg(self, units, ext_axes, enable):
+        store = self.store
+        store.units_enabled = enable
+        if enable == 0:
+            return OK, None
+        for text, value, highest in ((b"mechUnitCount", units, UNITS),
+                                     (b"extAxisParamItemCount", ext_axes, EXT_AXES)):
+            if value > highest:
+                store.print(b"IsLegalMechUnitAndExtAxisNum:%s:%d,%d\n" % (text, to_signed32(value), highest))
+                return MECH_UNIT_COUNT, None
+        store.unit_count, store.ext_axis_count = units, ext_axes
+        return OK, None
+
+    def Kine_SetMechUnitParam(self, index, data):
+        store = self.store
+        if store.units_enabled == 0:
+            return OK, None
+        if not 0 <= index < UNITS:
+            store.print(b"IsLegalMechUnit:index:%d,%d\n" % (index, store.unit_count))
+            return MECH_UNIT_REFUSED, None
+        require(data is not None, MECH_UNIT_REFUSED)
+        unit = unpack_mech_unit(data)
+        if unit.active != 0 and unit.axis_count > store.ext_axis_count:
+            store.print(UNIT_COLON_LINE % (unit.axis_count, store.ext_axis_count))
+            return MECH_UNIT_REFUSED, None
+        store.set_unit(index, unit)
+        return OK, None
+
+    def Kine_SetExtAxisParam(self, index, data):
+        store = self.store
+        if store.units_enabled == 0:
+            return OK, None
+        if not 0 <= index < EXT_AXES:
+            store.print(b"IsLegalExtAxisParam:index:%d,%d\n" % (index, store.ext_axis_count))
+            return EXT_AXIS_REFUSED, None
+        require(data is not None, EXT_AXIS_REFUSED)
+        store.ext_axes[index] = convert_ext_axis_param(data)
+        return OK, None
+
+    # Queries
+
+    def Kine_GetArmType(self, data, config):
+        joints = self.take_joints(data)
+        require(config, CONFIG)
+        return OK, ARM_CONFIG.pack(*self.store.config(joints_to_radians(joints).axis))
+
+    def Kine_IsArmTypeValid(self, data):
+        pose = self.take_pose(data)
+        self.store.check_config(pose.cfg)
+        return OK, None
+
+    def Kine_IsSingularity(self, data, kind):
+        joints = joints_to_radians(self.take_joints(data))
+        return UNKNOWN_ARM if self.store.arm().is_singular(joints.axis, kind) else OK, None
+
+    # Chains
+
+    def forward(self, chain, joints, tool, wobj, load, result):
+        joints = self.take_joints(joints)
+        tool = self.take_tool(tool)
+        wobj = self.take_wobj(wobj)
+        load = self.take_load(load)
+        require(tool.held != wobj.held, HOLD)
+        require(result, POSE_REFUSED)
+        record = chain(self.store, joints_to_radians(joints), tool_to_radians(tool), wobj_to_radians(wobj),
+                       load_to_radians(load))
+        return packed_in_degrees(record)
+
+    def Kine_FKineVision(self, joints, result):
+        joints = self.take_joints(joints)
+        require(result, POSE_REFUSED)
+        return OK, packed_in_degrees(chains.vision_pose(self.store, joints_to_radians(joints)))
+
+    def Kine_WobjPosToJoint(self, target, tool, wobj, load, result):
+        tool = self.take_tool(tool)
+        wobj = self.take_wobj(wobj)
+        load = self.take_load(load)
+        target = self.take_pose(target)
+        require(tool.held != wobj.held, HOLD)
+        require(result, JOINT_REFUSED)
+        target.frame = scaled(target.frame, 3, 3, DEG2RAD)
+        joints = chains.wobj_to_joint(self.store, target, tool_to_radians(tool), wobj_to_radians(wobj),
+                                      load_to_radians(load))
+        joints.axis = scaled(joints.axis, 0, 8, RAD2DEG)
+        return OK, pack_joint(joints)
+
+
+def require(condition, code):
+    if not condition:
+        raise Refused(code)
+
+
+def joints_to_radians(joints):
+    joints.axis = scaled(joints.axis, 0, 8, DEG2RAD)
+    return joints
+
+
+def load_to_radians(load):
+    """The inertia is scaled and the axes of moment stay in degrees."""
+    load.inertia = scaled(load.inertia, 0, 3, DEG2RAD)
+    return load
+
+
+def tool_to_radians(tool):
+    tool.frame = scaled(tool.frame, 3, 3, DEG2RAD)
+    load_to_radians(tool.load)
+    return tool
+
+
+def wobj_to_radians(wobj):
+    """The user frame counts only with a fix byte of exactly 1."""
+    wobj.user = scaled(wobj.user, 3, 3, DEG2RAD) if wobj.fix == 1 else [0.0] * 6
+    wobj.object = scaled(wobj.object, 3, 3, DEG2RAD)
+    wobj.combined = matrix_to_pose(product(pose_to_matrix(wobj.user), pose_to_matrix(wobj.object)))
+    return wobj
+
+
+def packed_in_degrees(record):
+    record.frame = scaled(record.frame, 3, 3, RAD2DEG)
+    return pack_pose(record)
