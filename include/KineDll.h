@@ -19,8 +19,9 @@
  *  - A null input pointer is one more way for that record to be refused: it gives the record's own code
  *    at the record's place in the order. A null result pointer gives the code named for it after all
  *    other checks of the call and before any computation.
- *  - Records may hold any bit pattern. The forward calls pass NaN and infinity on to their results;
- *    the inverse calls end in an error code instead of returning a joint value that is not finite.
+ *  - Records may hold any bit pattern and need not be aligned. The forward calls pass NaN and infinity on to
+ *    their results (a computed NaN is always the same quiet one); the inverse calls end in an error code
+ *    instead of returning an axis value that is not finite.
  *  - Nothing is allocated, locked or kept. The only output besides the records is the diagnostic lines
  *    named here, on standard output.
  */

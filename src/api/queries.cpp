@@ -15,7 +15,8 @@ KineResult Kine_GetArmType(const KineJoint* joints, KineArmConfig* config)
     in.Require(config != nullptr, KINE_ERR_CONFIG);
     if (const KineResult code = in.Code()) return code;
 
-    KineArmConfig result{};
+    // An arm type without a model succeeds and leaves the caller's record as it is.
+    KineArmConfig result = CopyIn(config);
     if (const KineResult code = GetArmConfig(store, q, result)) return code;
     CopyOut(result, config);
     return KINE_OK;

@@ -4,6 +4,7 @@
 // millimetres and radians side by side; E: sum of its squares.
 #include "models/four_axis_inverse.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "models/four_axis_geometry.h"
@@ -82,9 +83,9 @@ KineResult FourAxisRefine(const FourAxisParams& params, const Pose& target, cons
 
 KineResult WriteFourAxes(const FourAngles& q, std::array<double, 8>& axes)
 {
-    for (const double angle : q) {
-        if (!std::isfinite(angle)) return KINE_ERR_IK_REACH;
-    }
+    // The axes leave in degrees and must be finite there too.
+    const bool isFinite = std::ranges::all_of(q, [](double angle) { return std::isfinite(angle * RAD2DEG); });
+    if (!isFinite) return KINE_ERR_IK_REACH;
     axes = {q[0], q[1], q[2], q[3], 0.0, 0.0, 0.0, 0.0};
     return KINE_OK;
 }

@@ -34,7 +34,8 @@ inline constexpr double kMinElbowAngle = 0.0005;
 [[nodiscard]] KineResult FourAxisRefine(const FourAxisParams& params, const Pose& target, const Pose& tool,
                                         FourAngles& q);
 
-// Writes the four axes and four zeros. KINE_ERR_IK_REACH, with nothing written, when one is not finite.
+// Writes the four axes and four zeros. KINE_ERR_IK_REACH, with nothing written, when one is not finite in
+// degrees.
 [[nodiscard]] KineResult WriteFourAxes(const FourAngles& q, std::array<double, 8>& axes);
 
 }  // namespace kine
