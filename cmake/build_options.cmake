@@ -23,8 +23,9 @@ function(kine_warning_options target)
     target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${kine_warnings}>)
     target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:C>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow>)
     if(KINE_SANITIZE)
+        # The library has no type information for the vptr check.
         target_compile_options(${target} PRIVATE -fsanitize=${KINE_SANITIZE} -fno-sanitize-recover=all
-            -fno-omit-frame-pointer)
+            -fno-sanitize=vptr -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE -fsanitize=${KINE_SANITIZE})
     endif()
 endfunction()

@@ -34,10 +34,7 @@ inline KineKinematicParam NominalSixAxis(const NominalLengths& lengths)
 }
 
 // The Puma 560 (Corke and Armstrong-Helouvry, ICRA 1994). Rigid: all stiffnesses 0.
-inline KineKinematicParam Puma()
-{
-    return NominalSixAxis({0.0, 431.8, 20.3, 431.8, 0.0, 0.0, -150.05});
-}
+inline KineKinematicParam Puma() { return NominalSixAxis({0.0, 431.8, 20.3, 431.8, 0.0, 0.0, -150.05}); }
 
 // Joints of this arm in degrees from textbook joints of the Puma in radians.
 inline std::array<double, 6> PumaJointsDeg(const std::array<double, 6>& t)
