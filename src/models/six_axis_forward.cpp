@@ -84,8 +84,8 @@ LinkChain WalkLinks(const SixAxisParams& params, const SixAngles& deflected)
     frame.TranslateZ(params.d6);
     chain.baseFromFlange = frame.InBase();
 
-    // d1 lifts the finished chain. It points along the base Z whatever the joints do.
-    for (JointAxis& joint : chain.joints) joint.origin.z += params.d1;
+    // d1 lifts the finished chain behind joint 1: it points along the base Z whatever the joints do.
+    for (std::size_t i = 1; i < chain.joints.size(); ++i) chain.joints[i].origin.z += params.d1;
     chain.baseFromFrame5.t.z += params.d1;
     chain.baseFromFlange.t.z += params.d1;
     return chain;
