@@ -1,0 +1,2 @@
+/* The header needs nothing before it. */
+#include "KineDll.h"
