@@ -40,13 +40,19 @@ function(kine_library_options target)
         VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
-# The library needs the C library at run time and nothing else. Sanitizers bring run-time libraries of their
-# own, which the linker must not insist on.
+# The library needs the C library at run time and nothing else, and shows its own functions and nothing else:
+# templates of the C++ library would be visible otherwise. Sanitizers bring run-time libraries of their own, which
+# the linker must not insist on.
 function(kine_link_options target)
     target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc)
+    if(NOT WIN32)
+        set(map ${PROJECT_SOURCE_DIR}/cmake/KineDll.map)
+        target_link_options(${target} PRIVATE -Wl,--version-script=${map})
+        set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+    endif()
     if(KINE_SANITIZE)
         target_link_options(${target} PRIVATE -fsanitize=${KINE_SANITIZE})
     elseif(NOT WIN32)
-        target_link_options(${target} PRIVATE -Wl,--no-undefined -Wl,--exclude-libs,ALL)
+        target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
 endfunction()

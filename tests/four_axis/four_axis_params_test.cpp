@@ -1,0 +1,199 @@
+// Reading, checking and storing the parameter record of the four-axis arms.
+#include "models/four_axis_params.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "four_axis/guarded_record.h"
+#include "four_axis/naive_four_axis.h"
+
+namespace kine::test {
+namespace {
+
+constexpr double kBound = 1e-5;
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+FourAxisParams Filled()
+{
+    FourAxisParams params{};
+    std::array<unsigned char, sizeof params> bytes;
+    bytes.fill(0x5A);
+    std::memcpy(&params, bytes.data(), sizeof params);
+    return params;
+}
+
+bool SameBlock(const FourAxisParams& a, const FourAxisParams& b)
+{
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+KineResult InitWith(double l1, double l2, double lead)
+{
+    NaiveArm arm;
+    arm.l1 = l1;
+    arm.l2 = l2;
+    arm.lead = lead;
+    const KineKinematicParam param = ParamOf(arm);
+    FourAxisParams params{};
+    return InitFourAxisParams(4, 4, &param, params);
+}
+
+TEST(FourAxisParams, every_length_comes_from_its_offset)
+{
+    KineKinematicParam param{};
+    const double doubles[12] = {11.0, 12.0, 13.0, 14.0, -1, -2, -3, -4, 15.0, 16.0, 17.0, 18.0};
+    std::memcpy(&param, doubles, sizeof doubles);
+    FourAxisParams params = Filled();
+    ASSERT_EQ(InitFourAxisParams(4, 4, &param, params), KINE_OK);
+    EXPECT_EQ(params.l1, 11.0);
+    EXPECT_EQ(params.l2, 12.0);
+    EXPECT_EQ(params.z0, 13.0);
+    EXPECT_EQ(params.lead, 14.0);
+    // Tilts about X of link 1 and 2, then about Y of link 1 and 2.
+    const SinCos* stored[4] = {&params.alpha1, &params.alpha2, &params.beta1, &params.beta2};
+    for (int i = 0; i < 4; ++i) {
+        const double angle = Radians(15.0 + i);
+        EXPECT_NEAR(stored[i]->cos, std::cos(angle), 1e-15);
+        EXPECT_NEAR(stored[i]->sin, std::sin(angle), 1e-15);
+    }
+}
+
+TEST(FourAxisParams, limits_are_zero_after_init)
+{
+    const KineKinematicParam param = ParamOf({});
+    FourAxisParams params = Filled();
+    ASSERT_EQ(InitFourAxisParams(4, 4, &param, params), KINE_OK);
+    EXPECT_EQ(params.upperLimit, (FourAngles{0, 0, 0, 0}));
+    EXPECT_EQ(params.lowerLimit, (FourAngles{0, 0, 0, 0}));
+}
+
+TEST(FourAxisParams, a_foreign_arm_type_is_0x6000_and_changes_nothing)
+{
+    const KineKinematicParam param = ParamOf({});
+    for (const std::uint32_t own : {4U, 4110U}) {
+        for (const std::uint32_t type : {0U, 3U, 4U, 5U, 6U, 4110U, 4111U, 0xFFFFFFFFU}) {
+            if (type == own) continue;
+            FourAxisParams params = Filled();
+            EXPECT_EQ(InitFourAxisParams(own, type, &param, params), KINE_ERR_MODEL_PARAM);
+            EXPECT_TRUE(SameBlock(params, Filled()));
+        }
+    }
+}
+
+TEST(FourAxisParams, a_foreign_arm_type_is_found_before_a_bad_length)
+{
+    NaiveArm arm;
+    arm.l1 = 0.0;
+    const KineKinematicParam param = ParamOf(arm);
+    FourAxisParams params = Filled();
+    EXPECT_EQ(InitFourAxisParams(4, 4110, &param, params), KINE_ERR_MODEL_PARAM);
+    EXPECT_TRUE(SameBlock(params, Filled()));  // a bad length would have stored the lengths
+}
+
+TEST(FourAxisParams, null_is_0x6000_and_changes_nothing)
+{
+    FourAxisParams params = Filled();
+    EXPECT_EQ(InitFourAxisParams(4, 4, nullptr, params), KINE_ERR_MODEL_PARAM);
+    EXPECT_TRUE(SameBlock(params, Filled()));
+}
+
+TEST(FourAxisParams, each_length_may_be_exactly_its_bound)
+{
+    EXPECT_EQ(InitWith(kBound, 1.0, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, kBound, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, 1.0, kBound), KINE_OK);
+    const double above = std::nextafter(kBound, 1.0);
+    EXPECT_EQ(InitWith(above, above, above), KINE_OK);
+}
+
+TEST(FourAxisParams, each_length_just_below_its_bound_is_0x6000)
+{
+    for (const double bad : {std::nextafter(kBound, 0.0), 0.0, -0.0, -1.0, -400.0}) {
+        EXPECT_EQ(InitWith(bad, 1.0, 1.0), KINE_ERR_MODEL_PARAM) << bad;
+        EXPECT_EQ(InitWith(1.0, bad, 1.0), KINE_ERR_MODEL_PARAM) << bad;
+        EXPECT_EQ(InitWith(1.0, 1.0, bad), KINE_ERR_MODEL_PARAM) << bad;
+    }
+    EXPECT_EQ(InitWith(0.0, 0.0, 0.0), KINE_ERR_MODEL_PARAM);
+}
+
+TEST(FourAxisParams, a_length_that_is_not_a_number_passes)
+{
+    // "Below the bound" is false for NaN.
+    EXPECT_EQ(InitWith(kNaN, 1.0, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, kNaN, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, 1.0, kNaN), KINE_OK);
+    EXPECT_EQ(InitWith(kNaN, 0.0, 1.0), KINE_ERR_MODEL_PARAM);
+}
+
+TEST(FourAxisParams, the_height_may_be_anything)
+{
+    for (const double z0 : {-300.0, 0.0, 1e300, kNaN}) {
+        NaiveArm arm;
+        arm.z0 = z0;
+        const KineKinematicParam param = ParamOf(arm);
+        FourAxisParams params{};
+        EXPECT_EQ(InitFourAxisParams(4, 4, &param, params), KINE_OK) << z0;
+    }
+}
+
+TEST(FourAxisParams, after_a_bad_length_the_lengths_stay_and_the_rest_is_zero)
+{
+    NaiveArm arm = SteepArm();
+    arm.lead = 0.0;
+    const KineKinematicParam param = ParamOf(arm);
+    FourAxisParams params = Filled();
+    EXPECT_EQ(InitFourAxisParams(4110, 4110, &param, params), KINE_ERR_MODEL_PARAM);
+    FourAxisParams expected{};
+    expected.l1 = arm.l1;
+    expected.l2 = arm.l2;
+    expected.z0 = arm.z0;
+    EXPECT_TRUE(SameBlock(params, expected));
+}
+
+TEST(FourAxisParams, both_arm_types_store_the_same)
+{
+    const KineKinematicParam param = ParamOf(SteepArm());
+    FourAxisParams type4{}, type4110{};
+    ASSERT_EQ(InitFourAxisParams(4, 4, &param, type4), KINE_OK);
+    ASSERT_EQ(InitFourAxisParams(4110, 4110, &param, type4110), KINE_OK);
+    EXPECT_TRUE(SameBlock(type4, type4110));
+}
+
+TEST(FourAxisParams, bytes_in_the_gap_and_behind_the_view_have_no_effect)
+{
+    const KineKinematicParam clean = ParamOf(SteepArm());
+    KineKinematicParam dirty = clean;
+    auto* bytes = reinterpret_cast<unsigned char*>(&dirty);
+    std::memset(bytes + 32, 0xFF, 32);
+    std::memset(bytes + 96, 0xFF, sizeof dirty - 96);
+    FourAxisParams a{}, b{};
+    ASSERT_EQ(InitFourAxisParams(4, 4, &clean, a), KINE_OK);
+    ASSERT_EQ(InitFourAxisParams(4, 4, &dirty, b), KINE_OK);
+    EXPECT_TRUE(SameBlock(a, b));
+}
+
+TEST(FourAxisParams, a_record_of_96_bytes_is_enough)
+{
+    const KineKinematicParam param = ParamOf(SteepArm());
+    const GuardedRecord record(&param, 96);
+    FourAxisParams params{};
+    EXPECT_EQ(InitFourAxisParams(4, 4, record.As<KineKinematicParam>(), params), KINE_OK);
+    EXPECT_EQ(params.lead, 25.0);
+}
+
+TEST(FourAxisParams, the_gap_of_the_record_is_not_read)
+{
+    const KineKinematicParam param = ParamOf(SteepArm());
+    const GuardedRecord record(&param, 96);
+    // Takes effect in the build with address checks only.
+    const ForbiddenBytes gap(record.As<unsigned char>() + 32, 32);
+    FourAxisParams params{};
+    EXPECT_EQ(InitFourAxisParams(4, 4, record.As<KineKinematicParam>(), params), KINE_OK);
+    EXPECT_EQ(params.l2, 375.0);
+}
+
+}  // namespace
+}  // namespace kine::test
