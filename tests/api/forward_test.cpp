@@ -11,8 +11,8 @@
 
 #include "support/cell.h"
 #include "support/chain_calls.h"
+#include "support/naive_arms.h"
 #include "support/sample_arms.h"
-#include "support/six_axis_chain.h"
 
 using namespace kine::test;
 
@@ -32,7 +32,7 @@ const ChainCall& kFlange = kForwardCalls[1];
 const ChainCall& kWorld = kForwardCalls[2];
 const ChainCall& kWobj = kForwardCalls[3];
 
-Mat4 Arm() { return FlangeOf(CalibratedWristArm().SixAxis, kJoints); }
+Mat4 Arm() { return NaiveSixAxisChain(CalibratedWristArm().SixAxis, kJoints).flange; }
 
 Request HeldToolRequest()
 {
@@ -255,7 +255,7 @@ TEST(Kine_FKineVision, gives_the_wrist_frame_and_no_external_axes)
     KineJoint joints = kJoints;
     KinePose pose = Untouched<KinePose>();
     EXPECT_EQ(PrintedBy([&] { EXPECT_EQ(Kine_FKineVision(&joints, &pose), KINE_OK); }), "");
-    EXPECT_TRUE(IsFrame(pose.Frame, WristOf(CalibratedWristArm().SixAxis, kJoints)));
+    EXPECT_TRUE(IsFrame(pose.Frame, NaiveSixAxisChain(CalibratedWristArm().SixAxis, kJoints).frame[5]));
     constexpr double none[6] = {};
     ExpectConfigAndExtAxes(pose, none);
     EXPECT_TRUE(SameBits(joints, kJoints));

@@ -9,8 +9,8 @@
 
 #include "support/cell.h"
 #include "support/chain_calls.h"
+#include "support/naive_arms.h"
 #include "support/sample_arms.h"
-#include "support/six_axis_chain.h"
 
 using namespace kine::test;
 
@@ -56,7 +56,7 @@ Request StationaryToolRequest()
     return request;
 }
 
-Mat4 Arm(const Request& request) { return FlangeOf(WristArm().SixAxis, request.joints); }
+Mat4 Arm(const Request& request) { return NaiveSixAxisChain(WristArm().SixAxis, request.joints).flange; }
 
 void SetUpCell(uint32_t units = 3)
 {
@@ -255,12 +255,11 @@ KineKinematicParam ElasticArm()
 
 Mat4 SaggedArm(double reachMm, double wristReachMm)
 {
-    constexpr double kDegPerRad = 180.0 / 3.14159265358979323846;
     const double torque = -10.0 * 9.8 * reachMm;
     const double wristTorque = -10.0 * 9.8 * wristReachMm;
-    const KineJoint sagged = MakeJoints({0.0, torque / 2.0e8 * kDegPerRad, torque / 1.0e8 * kDegPerRad, 0.0,
-                                         wristTorque / 3.0e7 * kDegPerRad, 0.0});
-    return FlangeOf(ElasticArm().SixAxis, sagged);
+    const KineJoint sagged = MakeJoints({0.0, InDegrees(torque / 2.0e8), InDegrees(torque / 1.0e8), 0.0,
+                                         InDegrees(wristTorque / 3.0e7), 0.0});
+    return NaiveSixAxisChain(ElasticArm().SixAxis, sagged).flange;
 }
 
 }  // namespace

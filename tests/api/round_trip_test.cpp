@@ -93,7 +93,7 @@ void RunCell(const Cell& cell, std::uint64_t seed)
             StoreUnit(0, CarryingRobot(AnyUnit(random, cell.carrierKind), 0));
         }
         if (cell.wobjKind != 0) StoreUnit(1, AnyUnit(random, cell.wobjKind));
-        const double elbowAngle = std::atan2(arm.SixAxis.a3, arm.SixAxis.d4) * 180.0 / 3.14159265358979;
+        const double elbowAngle = InDegrees(std::atan2(arm.SixAxis.a3, arm.SixAxis.d4));
         for (int i = 0; i < 12; ++i) {
             SCOPED_TRACE(::testing::Message() << name << ", seed " << seed << ", set " << i);
             Request request;

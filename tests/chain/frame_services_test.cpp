@@ -78,7 +78,7 @@ TEST(FrameToWorld, fixed_frame_is_multiplied_from_the_left)
     const PoseRecord record = SomeRecord();
     PoseRecord world{};
     EXPECT_EQ(FrameToWorld(ThreeUnits(), record, {2, 0, kFrame}, world), 0u);
-    EXPECT_TRUE(PoseIs(world.frame, Of(kFrame) * Of(record.frame)));
+    EXPECT_TRUE(PoseIs(world.frame, MatrixOf(kFrame) * MatrixOf(record.frame)));
 }
 
 TEST(WorldToFrame, fixed_frame_is_inverted_and_multiplied_from_the_left)
@@ -86,7 +86,7 @@ TEST(WorldToFrame, fixed_frame_is_inverted_and_multiplied_from_the_left)
     const PoseRecord record = SomeRecord();
     PoseRecord inFrame{};
     EXPECT_EQ(WorldToFrame(ThreeUnits(), record, {2, 0, kFrame}, inFrame), 0u);
-    EXPECT_TRUE(PoseIs(inFrame.frame, Inverse4(Of(kFrame)) * Of(record.frame)));
+    EXPECT_TRUE(PoseIs(inFrame.frame, RigidInverse(MatrixOf(kFrame)) * MatrixOf(record.frame)));
 }
 
 TEST(FrameServices, fixed_frame_does_not_look_at_the_unit)
@@ -95,9 +95,9 @@ TEST(FrameServices, fixed_frame_does_not_look_at_the_unit)
     for (const std::int32_t unit : {-1, 0, 2, 3, kMax, kMin}) {
         PoseRecord result{};
         EXPECT_EQ(FrameToWorld(MechUnitBlock{}, record, {2, unit, kFrame}, result), 0u);
-        EXPECT_TRUE(PoseIs(result.frame, Of(kFrame) * Of(record.frame)));
+        EXPECT_TRUE(PoseIs(result.frame, MatrixOf(kFrame) * MatrixOf(record.frame)));
         EXPECT_EQ(WorldToFrame(MechUnitBlock{}, record, {2, unit, kFrame}, result), 0u);
-        EXPECT_TRUE(PoseIs(result.frame, Inverse4(Of(kFrame)) * Of(record.frame)));
+        EXPECT_TRUE(PoseIs(result.frame, RigidInverse(MatrixOf(kFrame)) * MatrixOf(record.frame)));
     }
 }
 

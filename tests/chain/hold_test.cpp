@@ -90,7 +90,7 @@ TEST(FrameOnFlange, is_the_tools_when_held_else_the_combined_frame_of_the_held_w
         } else if (wobj.heldByRobot != 0) {
             EXPECT_EQ(code, 0u);
             EXPECT_TRUE(SameBits(frame, wobj.combined));
-            EXPECT_TRUE(PoseIs(frame, Of(kUser) * Of(kObject)));
+            EXPECT_TRUE(PoseIs(frame, MatrixOf(kUser) * MatrixOf(kObject)));
         } else {
             EXPECT_EQ(code, 0x6051u);
             EXPECT_TRUE(IsUntouched(frame));
@@ -175,7 +175,7 @@ TEST(ToolRelativePose, keeps_the_record_of_a_held_tool_and_inverts_that_of_a_sta
         if (tool.heldByRobot != 0) {
             EXPECT_TRUE(SameBits(relative.frame, record.frame));
         } else {
-            EXPECT_TRUE(PoseIs(relative.frame, Inverse4(Of(record.frame))));
+            EXPECT_TRUE(PoseIs(relative.frame, RigidInverse(MatrixOf(record.frame))));
         }
     });
 }
@@ -196,7 +196,7 @@ TEST(RelativeTarget, keeps_the_target_of_a_held_tool_and_inverts_that_of_a_stati
         if (tool.heldByRobot != 0) {
             EXPECT_TRUE(SameBits(relative.frame, target.frame));
         } else {
-            EXPECT_TRUE(PoseIs(relative.frame, Inverse4(Of(target.frame))));
+            EXPECT_TRUE(PoseIs(relative.frame, RigidInverse(MatrixOf(target.frame))));
         }
     });
 }

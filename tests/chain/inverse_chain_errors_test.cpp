@@ -25,8 +25,8 @@ constexpr Pose kWobjFrame{1.0, 2.0, 3.0, 0.1, 0.2, 0.3};
 InverseRequest GoodRequest()
 {
     const Pose toolFrame = CarriedFrame(kPlan);
-    const Mat4 target = Inverse4(WorldFromWobj(kPlan, kWobjFrame)) * WorldFromBase(kPlan) *
-                        BaseFromFlange(kPlan) * Of(toolFrame);
+    const Mat4 target = RigidInverse(WorldFromWobj(kPlan, kWobjFrame)) * WorldFromBase(kPlan) *
+                        BaseFromFlange(kPlan) * MatrixOf(toolFrame);
     return {{PoseOf(target), CellConfig(kPlan), kExtAxis},
             MakeTool(1, toolFrame),
             CellWobj(kPlan, kWobjFrame),
@@ -90,8 +90,8 @@ TEST(WobjToJoint, configuration_beyond_the_limits_fails_silently)
 {
     Store store = MakeCell(kPlan);
     AxisLimits limits = OpenLimits();
-    limits.upper.axis[0] = 170.0 * kDegree;
-    limits.lower.axis[0] = -170.0 * kDegree;
+    limits.upper.axis[0] = InRadians(170.0);
+    limits.lower.axis[0] = InRadians(-170.0);
     ASSERT_EQ(SetAxisLimits(store, limits), KINE_OK);
 
     for (const std::int32_t cfg1 : {4, -5, kMax, std::numeric_limits<std::int32_t>::min()}) {
@@ -198,8 +198,8 @@ TEST(WobjToJoint, codes_of_the_six_axis_arm_come_with_line_five)
     }
     ExpectFailure(store, TargetInBase({0.0, 0.0, 1700.0, 0.0, 0.0, 0.0}, {}), 0x6096u, "IK error 5:24726\n");
     ExpectFailure(store, TargetInBase({9000.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {}), 0x6097u, "IK error 5:24727\n");
-    const Pose straightWrist =
-        PoseOf(NaiveSixAxisFlange(WristArm().SixAxis, {0.3, -0.2, 0.4, 0.6, 0.0, 0.5, 0.0, 0.0}));
+    const Pose straightWrist = PoseOf(
+        NaiveSixAxisChain(WristArm().SixAxis, std::array<double, 6>{0.3, -0.2, 0.4, 0.6, 0.0, 0.5}).flange);
     ExpectFailure(store, TargetInBase(straightWrist, {}), 0x6098u, "IK error 5:24728\n");
 
     // Limits that let through turn numbers the arm does not serve.

@@ -67,7 +67,7 @@ TEST(UnitTransform, second_rotary_axis_rides_on_the_first)
         MakeUnit(kTwoRotaryAxes, {1000.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {200.0, 0.0, 0.0, 0.0, 0.0, 0.0});
     ExpectPlaced(unit, {90.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {1000.0, 210.0, 0.0, kQuarterTurn, 0.0, 0.0});
     ExpectPlaced(unit, {90.0, 60.0, 0.0, 0.0, 0.0, 0.0},
-                 {1000.0 - 5.0 * std::sqrt(3.0), 205.0, 0.0, 150.0 * kDegree, 0.0, 0.0});
+                 {1000.0 - 5.0 * std::sqrt(3.0), 205.0, 0.0, InRadians(150.0), 0.0, 0.0});
     ExpectPlaced(unit, {0.0, 90.0, 0.0, 0.0, 0.0, 0.0}, {1200.0, 10.0, 0.0, kQuarterTurn, 0.0, 0.0});
 }
 
@@ -138,13 +138,13 @@ TEST(UnitTransform, random_cells_agree_with_plain_matrices)
         for (const std::int32_t kind : kKinds) {
             SCOPED_TRACE(kind);
             const MechUnitBlock units = OneUnit(MakeUnit(kind, first, second, 2, 5));
-            const Mat4 worldFromFrame =
-                NaiveUnit(kind, first, second, record.extAxis[2], record.extAxis[5]) * Of(descriptor.frame);
+            const Mat4 worldFromFrame = NaiveUnit(kind, first, second, record.extAxis[2], record.extAxis[5]) *
+                                        MatrixOf(descriptor.frame);
             PoseRecord result{};
             ASSERT_EQ(FrameToWorld(units, record, descriptor, result), 0u);
-            EXPECT_TRUE(PoseIs(result.frame, worldFromFrame * Of(record.frame), 1e-8));
+            EXPECT_TRUE(PoseIs(result.frame, worldFromFrame * MatrixOf(record.frame), 1e-8));
             ASSERT_EQ(WorldToFrame(units, record, descriptor, result), 0u);
-            EXPECT_TRUE(PoseIs(result.frame, Inverse4(worldFromFrame) * Of(record.frame), 1e-8));
+            EXPECT_TRUE(PoseIs(result.frame, RigidInverse(worldFromFrame) * MatrixOf(record.frame), 1e-8));
         }
     }
 }

@@ -54,8 +54,8 @@ Store LimitedArm(std::int32_t armType, std::size_t axis, double lowerDeg, double
 {
     Store store = ReadyStore(armType, armType == kSix ? WristArm() : Scara());
     AxisLimits limits = OpenLimits();
-    limits.lower.axis[axis] = lowerDeg * kDegree;
-    limits.upper.axis[axis] = upperDeg * kDegree;
+    limits.lower.axis[axis] = InRadians(lowerDeg);
+    limits.upper.axis[axis] = InRadians(upperDeg);
     EXPECT_EQ(SetAxisLimits(store, limits), KINE_OK);
     return store;
 }

@@ -3,8 +3,8 @@
 
 #include "support/cell.h"
 #include "support/chain_calls.h"
+#include "support/naive_arms.h"
 #include "support/sample_arms.h"
-#include "support/six_axis_chain.h"
 
 using namespace kine::test;
 

@@ -11,7 +11,6 @@
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 FourAxisSeed MarkedSeed() { return {91.0, 92.0, 93.0, 94.0}; }
@@ -140,8 +139,8 @@ TEST(FourAxisClosedForm, an_arm_stretched_exactly_points_at_the_target)
     FourAxisSeed seed{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf(arm), {0.0, -700.0, 0, 0.5, 0, 0}, {}, -1, seed), KINE_OK);
     EXPECT_EQ(seed.elbow, 0.0);
-    EXPECT_NEAR(seed.q1, -kPiHere / 2, 1e-15);
-    EXPECT_NEAR(seed.q4, 0.5 + kPiHere / 2, 1e-15);
+    EXPECT_NEAR(seed.q1, -kHalfTurn / 2, 1e-15);
+    EXPECT_NEAR(seed.q4, 0.5 + kHalfTurn / 2, 1e-15);
 }
 
 TEST(FourAxisClosedForm, an_arm_folded_exactly_counts_as_stretched_toward_the_target)
@@ -152,7 +151,7 @@ TEST(FourAxisClosedForm, an_arm_folded_exactly_counts_as_stretched_toward_the_ta
     FourAxisSeed seed{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf(arm), {0.0, 100.0, 0, 0, 0, 0}, {}, 1, seed), KINE_OK);
     EXPECT_EQ(seed.elbow, 0.0);
-    EXPECT_NEAR(seed.q1, kPiHere / 2, 1e-15);
+    EXPECT_NEAR(seed.q1, kHalfTurn / 2, 1e-15);
 }
 
 TEST(FourAxisClosedForm, the_flange_point_is_the_target_less_the_turned_tool)
@@ -161,21 +160,21 @@ TEST(FourAxisClosedForm, the_flange_point_is_the_target_less_the_turned_tool)
     NaiveArm arm;
     arm.l1 = 400.0;
     arm.l2 = 300.0;
-    const double th = Radians(60.0);
+    const double th = InRadians(60.0);
     const double fx = 400.0, fy = 300.0;  // elbow at 90 degrees
-    const Pose tool{100.0, 50.0, 7.0, Radians(30.0), 0.0, 0.0};
+    const Pose tool{100.0, 50.0, 7.0, InRadians(30.0), 0.0, 0.0};
     const Pose target{fx + 100.0 * std::cos(th) - 50.0 * std::sin(th),
                       fy + 100.0 * std::sin(th) + 50.0 * std::cos(th),
                       80.0 + 7.0 + 12.5,
-                      Radians(90.0),
+                      InRadians(90.0),
                       0.0,
                       0.0};
     FourAxisSeed seed{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf(arm), target, tool, 1, seed), KINE_OK);
     EXPECT_NEAR(seed.q1, 0.0, 1e-14);
-    EXPECT_NEAR(seed.elbow, Radians(90.0), 1e-14);
-    EXPECT_NEAR(seed.q3, kPiHere, 1e-14);  // half a turn of the screw of 25 mm
-    EXPECT_NEAR(seed.q4, Radians(-30.0), 1e-14);
+    EXPECT_NEAR(seed.elbow, InRadians(90.0), 1e-14);
+    EXPECT_NEAR(seed.q3, kHalfTurn, 1e-14);  // half a turn of the screw of 25 mm
+    EXPECT_NEAR(seed.q4, InRadians(-30.0), 1e-14);
 }
 
 TEST(FourAxisClosedForm, a_target_that_is_not_a_number_is_0x6094)

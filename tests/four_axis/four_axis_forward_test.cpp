@@ -10,7 +10,6 @@
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
 constexpr double kMm = 1e-11;
 constexpr double kRad = 1e-14;
 
@@ -26,9 +25,9 @@ TEST(FourAxisForward, an_arm_without_tilts_is_the_plane_formula)
         const Pose pose = FourAxisToolPose(params, q, {});
         EXPECT_NEAR(pose.x, arm.l1 * std::cos(q[0]) + arm.l2 * std::cos(q[0] + q[1]), kMm);
         EXPECT_NEAR(pose.y, arm.l1 * std::sin(q[0]) + arm.l2 * std::sin(q[0] + q[1]), kMm);
-        EXPECT_NEAR(pose.z, arm.z0 + arm.lead * q[2] / (2 * kPiHere), kMm);
-        EXPECT_NEAR(std::remainder(pose.a - (q[0] + q[1] + q[3]), 2 * kPiHere), 0.0, kRad);
-        EXPECT_LE(std::fabs(pose.a), kPiHere);
+        EXPECT_NEAR(pose.z, arm.z0 + arm.lead * q[2] / (2 * kHalfTurn), kMm);
+        EXPECT_NEAR(std::remainder(pose.a - (q[0] + q[1] + q[3]), 2 * kHalfTurn), 0.0, kRad);
+        EXPECT_LE(std::fabs(pose.a), kHalfTurn);
         EXPECT_EQ(pose.b, 0.0);
         EXPECT_EQ(pose.c, 0.0);
     }
@@ -41,7 +40,7 @@ TEST(FourAxisForward, one_turn_of_the_screw_lifts_by_one_lead)
         arm.lead = lead;
         const FourAxisParams params = BlockOf(arm);
         const double low = FourAxisToolPose(params, {0.3, 0.4, 0.0, 0.1}, {}).z;
-        const double high = FourAxisToolPose(params, {0.3, 0.4, 2 * kPiHere, 0.1}, {}).z;
+        const double high = FourAxisToolPose(params, {0.3, 0.4, 2 * kHalfTurn, 0.1}, {}).z;
         EXPECT_EQ(low, 80.0);
         EXPECT_EQ(high, 80.0 + lead);
     }
@@ -65,7 +64,7 @@ TEST(FourAxisForward, tilted_arms_are_the_product_of_their_rotations)
         EXPECT_NEAR(pose.y, naive.tip[1], kMm);
         EXPECT_NEAR(pose.z, naive.tip[2], kMm);
         const double heading = std::atan2(naive.tool[1][0], naive.tool[0][0]);
-        EXPECT_NEAR(std::remainder(pose.a - heading, 2 * kPiHere), 0.0, kRad);
+        EXPECT_NEAR(std::remainder(pose.a - heading, 2 * kHalfTurn), 0.0, kRad);
         EXPECT_EQ(pose.b, 0.0);
         EXPECT_EQ(pose.c, 0.0);
     }
@@ -86,7 +85,7 @@ TEST(FourAxisForward, tilt_1_about_x_tips_the_second_link_and_the_screw)
     // Elbow at 90 degrees: the second link lies along Y of link 1 and goes up with a tilt of 90 about X;
     // the screw then points along -Y.
     NaiveArm arm{400.0, 300.0, 50.0, 10.0, 90.0, 0.0, 0.0, 0.0};
-    const Pose pose = FourAxisToolPose(BlockOf(arm), {0.0, kPiHere / 2, 0.0, 0.0}, {});
+    const Pose pose = FourAxisToolPose(BlockOf(arm), {0.0, kHalfTurn / 2, 0.0, 0.0}, {});
     EXPECT_NEAR(pose.x, 400.0, kMm);
     EXPECT_NEAR(pose.y, -50.0, kMm);
     EXPECT_NEAR(pose.z, 300.0, kMm);

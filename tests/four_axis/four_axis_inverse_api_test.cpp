@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "four_axis/api_calls.h"
+#include "support/plain_matrix.h"
 
 namespace kine::test {
 namespace {
@@ -114,7 +115,7 @@ TEST(FourAxisInverse, both_elbow_sides)
     // 325 and 275 mm at right angles: the flange on a circle of sqrt(325^2 + 275^2), the angle at the base
     // atan(275 / 325).
     const double reach = std::sqrt(325.0 * 325.0 + 275.0 * 275.0);
-    const double atBase = std::atan2(275.0, 325.0) * 57.29577951308232;
+    const double atBase = InDegrees(std::atan2(275.0, 325.0));
     for (const std::int32_t side : {1, -1}) {
         Initialise(4, Scara());
         KineJoint joints{};

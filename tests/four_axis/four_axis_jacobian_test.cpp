@@ -83,7 +83,8 @@ TEST(FourAxisJacobian, axis_3_moves_along_the_screw_by_the_lead_per_turn)
         const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         const auto naive = NaiveForward<double>(c.arm, c.q, c.tool);
         for (std::size_t row = 0; row < 3; ++row)
-            EXPECT_NEAR(jacobian.m[row][2], naive.forearm[row][2] * c.arm.lead / (2 * Radians(180.0)), 1e-14);
+            EXPECT_NEAR(jacobian.m[row][2], naive.forearm[row][2] * c.arm.lead / (2 * InRadians(180.0)),
+                        1e-14);
     }
 }
 
@@ -92,10 +93,10 @@ TEST(FourAxisJacobian, of_a_plane_arm_by_hand)
     // q1 = 0, q2 = 90 degrees: the tool point at (425 - ty, 375 + tx) with q4 = 0 and tool (tx, ty) turned
     // by 90.
     const Pose tool{20.0, 5.0, 1.0, 0.0, 0.0, 0.0};
-    const Matrix4 j = FourAxisJacobian(BlockOf({}), {0.0, Radians(90.0), 0.0, 0.0}, tool);
+    const Matrix4 j = FourAxisJacobian(BlockOf({}), {0.0, InRadians(90.0), 0.0, 0.0}, tool);
     const double expected[4][4] = {{-395.0, -395.0, 0.0, -20.0},
                                    {420.0, -5.0, 0.0, -5.0},
-                                   {0.0, 0.0, 25.0 / (2 * Radians(180.0)), 0.0},
+                                   {0.0, 0.0, 25.0 / (2 * InRadians(180.0)), 0.0},
                                    {1.0, 1.0, 0.0, 1.0}};
     for (std::size_t row = 0; row < 4; ++row)
         for (std::size_t col = 0; col < 4; ++col) EXPECT_NEAR(j.m[row][col], expected[row][col], 1e-12);

@@ -11,8 +11,6 @@
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
-
 FourAxisModel ModelOf(const NaiveArm& arm)
 {
     FourAxisModel model;
@@ -95,10 +93,10 @@ TEST(FourAxisModel, configuration_is_the_sign_of_axis_2_and_the_quarter_of_axis_
     } cases[] = {{0.5, 0.0, 1, 0},
                  {-0.5, 0.5, -1, 0},
                  {0.0, -0.5, -1, -1},
-                 {-0.0, kPiHere, -1, 2},
-                 {1e-300, kPiHere / 2, 1, 1},
-                 {-1e-300, -kPiHere / 2, -1, -1},
-                 {9.0, -kPiHere / 2 - 0.001, 1, -2},
+                 {-0.0, kHalfTurn, -1, 2},
+                 {1e-300, kHalfTurn / 2, 1, 1},
+                 {-1e-300, -kHalfTurn / 2, -1, -1},
+                 {9.0, -kHalfTurn / 2 - 0.001, 1, -2},
                  {-9.0, 100.0, -1, 63}};
     for (const auto& c : cases) {
         Joints q = JointsOf(7.0, c.q2, 9.0, c.q4);
@@ -122,10 +120,10 @@ TEST(FourAxisModel, both_postures_of_a_position)
         Joints q{};
         ASSERT_EQ(model.InverseKinematics({reach, 0, 80.0 + 12.5, 0.3, 0, 0}, {}, {side, 0, 0, 0}, q),
                   KINE_OK);
-        EXPECT_NEAR(q.axis[0], -side * kPiHere / 4, 1e-12);
-        EXPECT_NEAR(q.axis[1], side * kPiHere / 2, 1e-12);
-        EXPECT_NEAR(q.axis[2], kPiHere, 1e-12);
-        EXPECT_NEAR(q.axis[3], 0.3 - side * kPiHere / 4, 1e-12);
+        EXPECT_NEAR(q.axis[0], -side * kHalfTurn / 4, 1e-12);
+        EXPECT_NEAR(q.axis[1], side * kHalfTurn / 2, 1e-12);
+        EXPECT_NEAR(q.axis[2], kHalfTurn, 1e-12);
+        EXPECT_NEAR(q.axis[3], 0.3 - side * kHalfTurn / 4, 1e-12);
     }
 }
 
@@ -199,7 +197,7 @@ TEST(FourAxisModel, an_elbow_near_half_a_turn_is_solved)
     arm.l2 = 300.0;
     const FourAxisModel model = ModelOf(arm);
     // 0.0003 short of folded: the test is made near 0 only.
-    const double elbow = kPiHere - 0.0003;
+    const double elbow = kHalfTurn - 0.0003;
     const Pose target{400.0 + 300.0 * std::cos(elbow), 300.0 * std::sin(elbow), 0.0, 0.0, 0.0, 0.0};
     Joints q{};
     ASSERT_EQ(model.InverseKinematics(target, {}, {1, 0, 0, 0}, q), KINE_OK);

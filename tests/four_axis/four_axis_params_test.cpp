@@ -55,7 +55,7 @@ TEST(FourAxisParams, every_length_comes_from_its_offset)
     // Tilts about X of link 1 and 2, then about Y of link 1 and 2.
     const SinCos* stored[4] = {&params.alpha1, &params.alpha2, &params.beta1, &params.beta2};
     for (int i = 0; i < 4; ++i) {
-        const double angle = Radians(15.0 + i);
+        const double angle = InRadians(15.0 + i);
         EXPECT_NEAR(stored[i]->cos, std::cos(angle), 1e-15);
         EXPECT_NEAR(stored[i]->sin, std::sin(angle), 1e-15);
     }

@@ -11,8 +11,6 @@
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
-
 TEST(FourAxisRefine, a_tilted_arm_meets_its_target_from_the_seed_of_the_straight_one)
 {
     const NaiveArm arm = SteepArm();
@@ -72,7 +70,7 @@ TEST(FourAxisRefine, a_squared_error_of_1e_12_and_more_is_refined)
     static_assert(1e-6 * 1e-6 == 1e-12);
     for (const double dz : {1e-6, -1e-6, 1.001e-6, 1e-3, 40.0}) {
         const FourAngles q = RefinedByLift(dz);
-        EXPECT_NEAR(q[2] * 25.0 / (2 * kPiHere), dz, 1e-9) << dz;
+        EXPECT_NEAR(q[2] * 25.0 / (2 * kHalfTurn), dz, 1e-9) << dz;
         EXPECT_NE(q[2], 0.0);
     }
 }
@@ -103,12 +101,12 @@ TEST(FourAxisRefine, the_heading_error_is_the_raw_difference_and_the_steps_are_f
     for (const double turn : {1.0, -1.0}) {
         FourAngles q = start;
         Pose beyond = target;
-        beyond.a += turn * 2 * kPiHere;
+        beyond.a += turn * 2 * kHalfTurn;
         EXPECT_EQ(FourAxisRefine(params, beyond, {}, q), KINE_OK);
         EXPECT_NEAR(q[0], 0.3, 1e-12);
         EXPECT_NEAR(q[1], 0.9, 1e-12);
         EXPECT_NEAR(q[2], 0.0, 1e-12);
-        EXPECT_NEAR(q[3], 0.4 + turn * 10 * kPiHere, 1e-11);
+        EXPECT_NEAR(q[3], 0.4 + turn * 10 * kHalfTurn, 1e-11);
     }
 }
 
@@ -137,10 +135,10 @@ TEST(FourAxisRefine, the_determinant_bound_is_in_cubic_millimetres)
         arm.l1 = arm.l2 = 0.01;
         arm.z0 = 0.0;
         arm.lead = lead;
-        FourAngles q{0.0, kPiHere / 2, 0.0, 0.0};
+        FourAngles q{0.0, kHalfTurn / 2, 0.0, 0.0};
         const KineResult code =
-            FourAxisRefine(BlockOf(arm), {0.01, 0.01, 0.001, kPiHere / 2, 0.0, 0.0}, {}, q);
-        EXPECT_EQ(code, lead < 0.2 * kPiHere ? KINE_ERR_SINGULAR : KINE_OK);
+            FourAxisRefine(BlockOf(arm), {0.01, 0.01, 0.001, kHalfTurn / 2, 0.0, 0.0}, {}, q);
+        EXPECT_EQ(code, lead < 0.2 * kHalfTurn ? KINE_ERR_SINGULAR : KINE_OK);
     }
 }
 

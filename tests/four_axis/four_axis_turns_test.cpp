@@ -9,8 +9,6 @@
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
-
 FourAxisModel ModelOf(const NaiveArm& arm)
 {
     FourAxisModel model;
@@ -24,12 +22,12 @@ FourAxisModel ModelOf(const NaiveArm& arm)
 double SolvedAxis4Deg(double rawDeg, std::int32_t turn)
 {
     const FourAxisModel model = ModelOf({});
-    const Pose target{425.0, 375.0, 80.0, Radians(90.0 + rawDeg), 0.0, 0.0};
+    const Pose target{425.0, 375.0, 80.0, InRadians(90.0 + rawDeg), 0.0, 0.0};
     Joints joints = MarkedJoints();
     EXPECT_EQ(model.InverseKinematics(target, {}, {1, 0, 0, turn}, joints), KINE_OK);
     EXPECT_NEAR(joints.axis[0], 0.0, 1e-12);
-    EXPECT_NEAR(joints.axis[1], kPiHere / 2, 1e-12);
-    return joints.axis[3] * 180.0 / kPiHere;
+    EXPECT_NEAR(joints.axis[1], kHalfTurn / 2, 1e-12);
+    return InDegrees(joints.axis[3]);
 }
 
 TEST(FourAxisTurns, the_shift_is_applied_twice)
@@ -46,7 +44,7 @@ TEST(FourAxisTurns, a_heading_of_zero_with_turn_number_4_is_one_turn)
     const Pose target{375.0, -425.0, 80.0, 0.0, 0.0, 0.0};
     Joints joints{};
     ASSERT_EQ(model.InverseKinematics(target, {}, {1, 0, 0, 4}, joints), KINE_OK);
-    EXPECT_NEAR(joints.axis[3], 2 * kPiHere, 1e-12);
+    EXPECT_NEAR(joints.axis[3], 2 * kHalfTurn, 1e-12);
 }
 
 struct TurnCase
@@ -112,8 +110,8 @@ TEST(FourAxisTurns, axes_1_and_2_are_not_brought_into_any_range)
         const Pose target{-425.0, -375.0, 80.0, 0.0, 0.0, 0.0};
         // Cfg2 and Cfg3 are not read at all.
         ASSERT_EQ(model.InverseKinematics(target, {}, {1, INT32_MAX, INT32_MIN, turn}, joints), KINE_OK);
-        EXPECT_NEAR(std::fabs(joints.axis[0]), kPiHere, 1e-12);
-        EXPECT_NEAR(joints.axis[1], kPiHere / 2, 1e-12);
+        EXPECT_NEAR(std::fabs(joints.axis[0]), kHalfTurn, 1e-12);
+        EXPECT_NEAR(joints.axis[1], kHalfTurn / 2, 1e-12);
     }
 }
 

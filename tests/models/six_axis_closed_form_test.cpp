@@ -40,7 +40,7 @@ KineResult ResultOf(const SixAxisParams& params, const Pose& flange, std::int32_
 
 Pose FlangeOf(const KineKinematicParam& param, const SixAngles& q)
 {
-    return MatrixToPose(test::Packed(test::RefFlange(param.SixAxis, q)));
+    return MatrixToPose(test::ToHom(test::RefFlange(param.SixAxis, q)));
 }
 
 // Upper arm and forearm of 1 mm on joint 1 itself, no flange: the wrist centre is the pose's position.
@@ -68,7 +68,7 @@ TEST(ClosedFormIK, eight_postures_of_a_pose_reproduce_it)
                 continue;
             }
             ++solved;
-            ExpectNear(test::Packed(test::RefFlange(param.SixAxis, FirstSix(axes))), PoseToMatrix(flange),
+            ExpectNear(test::ToHom(test::RefFlange(param.SixAxis, FirstSix(axes))), PoseToMatrix(flange),
                        1e-8);
             EXPECT_EQ(SixAxisArmConfig(params, FirstSix(axes)).Cfg4, cfg4);
             EXPECT_EQ(axes[6], 0.0);
@@ -112,7 +112,7 @@ TEST(ClosedFormIK, eight_solutions_of_the_puma_are_distinct)
         SCOPED_TRACE(cfg4);
         ASSERT_EQ(ClosedFormIK(params, flange, Posture(static_cast<std::int32_t>(cfg4)), solutions[cfg4]),
                   KINE_OK);
-        ExpectNear(test::Packed(test::RefFlange(test::Puma().SixAxis, FirstSix(solutions[cfg4]))),
+        ExpectNear(test::ToHom(test::RefFlange(test::Puma().SixAxis, FirstSix(solutions[cfg4]))),
                    PoseToMatrix(flange), 1e-9);
         for (std::size_t other = 0; other < cfg4; ++other) {
             double apart = 0.0;

@@ -11,6 +11,7 @@
 namespace kine {
 namespace {
 
+using test::InRadians;
 using test::JustAbove;
 using test::JustBelow;
 using test::kInf;
@@ -157,8 +158,7 @@ Torques TorquesOfWeight(std::size_t index, const SixAngles& q, double mountX = 0
 }
 
 // q2 = -60 degrees: theta2 = 30. q3 = 30: A = 60. q4 = 60. q5 = 30.
-constexpr double kDegree = 0.017453292519943295;
-constexpr SixAngles kBentArm{0.4, -60 * kDegree, 30 * kDegree, 60 * kDegree, 30 * kDegree, 0.7};
+constexpr SixAngles kBentArm{0.4, InRadians(-60), InRadians(30), InRadians(60), InRadians(30), 0.7};
 
 TEST(GravityDeflection, of_link_weights_follows_their_coefficients)
 {

@@ -29,7 +29,7 @@ SixAngles FirstSix(const Axes& axes) { return {axes[0], axes[1], axes[2], axes[3
 
 Pose PoseOf(const KineKinematicParam& param, const SixAngles& q, const ToolBlock& tool)
 {
-    return MatrixToPose(test::Packed(test::RefToolPoint(param.SixAxis, q, tool)));
+    return MatrixToPose(test::ToHom(test::RefToolPoint(param.SixAxis, q, tool)));
 }
 
 void ExpectFails(const SixAxisParams& params, const Pose& target, const ToolBlock& tool,
@@ -103,7 +103,7 @@ TEST(SixAxisInverse, eight_postures_of_several_poses_reproduce_them)
             SCOPED_TRACE(test::Shown(q) + " posture " + std::to_string(cfg4));
             Axes axes{};
             ASSERT_EQ(SixAxisInverse(params, target, kHeavyTool, {0, 0, 0, cfg4}, axes), KINE_OK);
-            ExpectNear(test::Packed(test::RefToolPoint(param.SixAxis, FirstSix(axes), kHeavyTool)),
+            ExpectNear(test::ToHom(test::RefToolPoint(param.SixAxis, FirstSix(axes), kHeavyTool)),
                        PoseToMatrix(target), 1e-8);
             EXPECT_EQ(SixAxisArmConfig(params, FirstSix(axes)).Cfg4, cfg4);
         }
@@ -121,7 +121,7 @@ TEST(SixAxisInverse, uses_the_payload_of_the_tool_block)
     Axes axes{};
     ASSERT_EQ(SixAxisInverse(params, target, light, kSampleConfig, axes), KINE_OK);
     EXPECT_GT(std::fabs(axes[1] - kSample[1]), 1e-5);
-    ExpectNear(test::Packed(test::RefToolPoint(param.SixAxis, FirstSix(axes), light)), PoseToMatrix(target),
+    ExpectNear(test::ToHom(test::RefToolPoint(param.SixAxis, FirstSix(axes), light)), PoseToMatrix(target),
                1e-8);
 }
 
@@ -129,7 +129,7 @@ TEST(SixAxisInverse, of_a_load_that_is_no_number_takes_the_arm_as_rigid)
 {
     // As the forward operation does.
     const KineKinematicParam param = test::CalibratedWristArm();
-    const Pose target = MatrixToPose(test::Packed(test::RefChainOf(param.SixAxis, kSample).flange));
+    const Pose target = MatrixToPose(test::ToHom(test::NaiveSixAxisChain(param.SixAxis, kSample).flange));
     for (const double bad : {kNan, kInf}) {
         ToolBlock tool{};
         tool.load.mass = bad;
@@ -229,7 +229,7 @@ TEST(SixAxisInverse, of_twists_with_the_opposite_signs_does_not_converge)
         axes = test::Pattern<Axes>();
         const KineResult code = SixAxisInverse(params, target, {}, {0, 0, 0, 0}, axes);
         if (code == KINE_OK) {
-            ExpectNear(test::Packed(test::RefToolPoint(p, FirstSix(axes), {})), PoseToMatrix(target), 10.0);
+            ExpectNear(test::ToHom(test::RefToolPoint(p, FirstSix(axes), {})), PoseToMatrix(target), 10.0);
             continue;
         }
         ++failed;

@@ -52,7 +52,7 @@ TEST(SixAxisModel, init_of_another_arm_type_is_0x6000_and_touches_nothing)
     EXPECT_EQ(model.InitModel(6, nullptr), 0x6000U);
 
     Joints joints = JointsOf(kSample);
-    const HomMatrix expected = test::Packed(test::RefFlange(test::WristArm().SixAxis, kSample));
+    const HomMatrix expected = test::ToHom(test::RefFlange(test::WristArm().SixAxis, kSample));
     ExpectNear(PoseToMatrix(model.ForwardKinematics(joints, {})), expected, 1e-9);
     AxisLimits limits{};
     model.GetAxisLimits(limits);
@@ -148,10 +148,10 @@ TEST(SixAxisModel, forward_operations_use_six_axes_and_change_no_joint)
     const ToolBlock tool{{50.0, -30.0, 120.0, 0.4, -0.5, 0.6}, {12.0, {0.02, -0.05, 0.11}, {}, {}}};
     Joints joints = JointsOf(kSample);
     ExpectNear(PoseToMatrix(model.ForwardKinematics(joints, tool)),
-               test::Packed(test::RefToolPoint(record, kSample, tool)), 1e-9);
+               test::ToHom(test::RefToolPoint(record, kSample, tool)), 1e-9);
     const test::RefAngles bent = test::RefBent(record, kSample, {});
-    ExpectNear(PoseToMatrix(model.FlangePose(joints)), test::Packed(test::RefChainOf(record, bent).frame[5]),
-               1e-9);
+    ExpectNear(PoseToMatrix(model.FlangePose(joints)),
+               test::ToHom(test::NaiveSixAxisChain(record, bent).frame[5]), 1e-9);
     EXPECT_TRUE(test::HasSameBits(joints, JointsOf(kSample)));
 }
 
@@ -177,7 +177,7 @@ TEST(SixAxisModel, configuration_and_singularity_use_six_axes_and_change_no_join
 TEST(SixAxisModel, inverse_writes_eight_axes_and_no_external_axis)
 {
     const SixAxisModel model = ModelOf(test::WristArm());
-    const Pose target = MatrixToPose(test::Packed(test::RefFlange(test::WristArm().SixAxis, kSample)));
+    const Pose target = MatrixToPose(test::ToHom(test::RefFlange(test::WristArm().SixAxis, kSample)));
     Joints joints = test::Pattern<Joints>();
     ASSERT_EQ(model.InverseKinematics(target, {}, {0, 0, 0, 0}, joints), KINE_OK);
     for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(joints.axis[i], kSample[i], 1e-10);
@@ -200,9 +200,9 @@ TEST(SixAxisModel, models_do_not_share_their_block)
     const SixAxisModel second = ModelOf(test::Puma());
     Joints joints = JointsOf(kSample);
     ExpectNear(PoseToMatrix(first.ForwardKinematics(joints, {})),
-               test::Packed(test::RefFlange(test::WristArm().SixAxis, kSample)), 1e-9);
+               test::ToHom(test::RefFlange(test::WristArm().SixAxis, kSample)), 1e-9);
     ExpectNear(PoseToMatrix(second.ForwardKinematics(joints, {})),
-               test::Packed(test::RefFlange(test::Puma().SixAxis, kSample)), 1e-9);
+               test::ToHom(test::RefFlange(test::Puma().SixAxis, kSample)), 1e-9);
 }
 
 }  // namespace

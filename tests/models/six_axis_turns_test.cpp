@@ -51,7 +51,7 @@ double PlainTurn(double x, int n)
 
 Pose FlangeOf(const KineKinematicParam& param, const SixAngles& q)
 {
-    return MatrixToPose(test::Packed(test::RefFlange(param.SixAxis, q)));
+    return MatrixToPose(test::ToHom(test::RefFlange(param.SixAxis, q)));
 }
 
 // Posture 0 of the wrist arm, with joints 1, 4 and 6 anywhere within half a turn.

@@ -16,16 +16,16 @@ struct Cell
     KineWobj wobj{};
     KineLoad load{};
 
-    Rigid Get(ForwardCall call) const
+    Mat4 Get(ForwardCall call) const
     {
         KinePose pose{};
         EXPECT_EQ(call(&q, &tool, &wobj, &load, &pose), KINE_OK);
-        return RigidOf(pose.Frame);
+        return MatrixOf(pose.Frame);
     }
-    Rigid Base() const { return Get(Kine_JointToBasePos); }
-    Rigid Flange() const { return Get(Kine_JointToFlangePos); }
-    Rigid World() const { return Get(Kine_JointToWorldPos); }
-    Rigid Object() const { return Get(Kine_JointToWobjPos); }
+    Mat4 Base() const { return Get(Kine_JointToBasePos); }
+    Mat4 Flange() const { return Get(Kine_JointToFlangePos); }
+    Mat4 World() const { return Get(Kine_JointToWorldPos); }
+    Mat4 Object() const { return Get(Kine_JointToWobjPos); }
 };
 
 KineMechUnit RandomUnit(Draw& draw)
@@ -98,19 +98,20 @@ void ForRandomCells(std::uint64_t seed, bool onCarrier, Check check)
     }
 }
 
-Rigid CombinedFrame(const KineWobj& wobj) { return Times(RigidOf(wobj.UFrame), RigidOf(wobj.OFrame)); }
+Mat4 CombinedFrame(const KineWobj& wobj) { return MatrixOf(wobj.UFrame) * MatrixOf(wobj.OFrame); }
 
 TEST(CellRelations, a_robot_on_the_ground_has_its_base_at_the_world_origin)
 {
-    ForRandomCells(3001, false,
-                   [](Draw&, const Cell& cell, const Arm&) { ExpectSameRigid(cell.Base(), cell.World()); });
+    ForRandomCells(3001, false, [](Draw&, const Cell& cell, const Arm&) {
+        EXPECT_TRUE(IsMatrix(cell.Base(), cell.World()));
+    });
 }
 
 TEST(CellRelations, the_object_pose_is_the_world_pose_seen_from_the_object)
 {
     for (const bool onCarrier : {false, true}) {
         ForRandomCells(3002, onCarrier, [](Draw&, const Cell& cell, const Arm&) {
-            ExpectSameRigid(Times(CombinedFrame(cell.wobj), cell.Object()), cell.World());
+            EXPECT_TRUE(IsMatrix(CombinedFrame(cell.wobj) * cell.Object(), cell.World()));
         });
     }
 }
@@ -120,8 +121,8 @@ TEST(CellRelations, the_way_from_base_to_world_is_the_same_for_every_joint_set_a
     ForRandomCells(3003, true, [](Draw& draw, const Cell& cell, const Arm&) {
         Cell other = RandomCell(draw);
         for (std::size_t i = 0; i < 6; ++i) other.q.ExtAxis[i] = cell.q.ExtAxis[i];
-        ExpectSameRigid(Times(cell.World(), Inverted(cell.Base())),
-                        Times(other.World(), Inverted(other.Base())), 1e-7);
+        EXPECT_TRUE(IsMatrix(cell.World() * RigidInverse(cell.Base()),
+                             other.World() * RigidInverse(other.Base()), 1e-7));
     });
 }
 
@@ -132,8 +133,8 @@ TEST(CellRelations, the_way_to_an_object_on_a_unit_is_the_same_for_every_joint_s
             Cell other = RandomCell(draw);
             for (std::size_t i = 0; i < 6; ++i) other.q.ExtAxis[i] = cell.q.ExtAxis[i];
             cell.wobj = other.wobj = WobjOnUnit(1, draw.Frame(150.0, 80.0));
-            ExpectSameRigid(Times(cell.World(), Inverted(cell.Object())),
-                            Times(other.World(), Inverted(other.Object())), 1e-7);
+            EXPECT_TRUE(IsMatrix(cell.World() * RigidInverse(cell.Object()),
+                                 other.World() * RigidInverse(other.Object()), 1e-7));
         });
     }
 }
@@ -144,7 +145,7 @@ TEST(CellRelations, the_base_pose_of_a_held_tool_does_not_look_at_the_cell)
         Cell other = cell;
         for (double& axis : other.q.ExtAxis) axis = draw.Between(-300, 300);
         other.wobj = FixedWobj(draw.Frame(700.0, 80.0));
-        ExpectSameRigid(cell.Base(), other.Base(), 0.0, 0.0);
+        EXPECT_TRUE(IsMatrix(cell.Base(), other.Base(), 0.0, 0.0));
     });
 }
 
@@ -155,13 +156,13 @@ TEST(CellRelations, splitting_user_and_object_frame_differently_changes_nothing)
             cell.wobj.HeldByRobot = held ? 1 : 0;
             cell.tool.HeldByRobot = held ? 0 : 1;
             Cell other = cell;
-            const Rigid user = RigidOf(draw.Frame(500.0, 80.0));
+            const Mat4 user = MatrixOf(draw.Frame(500.0, 80.0));
             other.wobj.UFrame = FrameOf(user);
-            other.wobj.OFrame = FrameOf(Times(Inverted(user), CombinedFrame(cell.wobj)));
-            ExpectSameRigid(cell.Base(), other.Base(), 1e-7, 1e-9);
-            ExpectSameRigid(cell.World(), other.World(), 1e-7, 1e-9);
-            ExpectSameRigid(cell.Object(), other.Object(), 1e-7, 1e-9);
-            ExpectSameRigid(cell.Flange(), other.Flange(), 1e-7, 1e-9);
+            other.wobj.OFrame = FrameOf(RigidInverse(user) * CombinedFrame(cell.wobj));
+            EXPECT_TRUE(IsMatrix(cell.Base(), other.Base(), 1e-7, 1e-9));
+            EXPECT_TRUE(IsMatrix(cell.World(), other.World(), 1e-7, 1e-9));
+            EXPECT_TRUE(IsMatrix(cell.Object(), other.Object(), 1e-7, 1e-9));
+            EXPECT_TRUE(IsMatrix(cell.Flange(), other.Flange(), 1e-7, 1e-9));
         });
     }
 }
@@ -172,8 +173,10 @@ TEST(CellRelations, a_stationary_tool_stands_where_it_stands)
         ForRandomCells(3007, onCarrier, [onCarrier](Draw&, Cell cell, const Arm&) {
             cell.tool.HeldByRobot = 0;
             cell.wobj.HeldByRobot = 1;
-            ExpectSameRigid(cell.World(), RigidOf(cell.tool.TFrame), 1e-7);
-            if (!onCarrier) ExpectSameRigid(cell.Base(), RigidOf(cell.tool.TFrame), 1e-7);
+            EXPECT_TRUE(IsMatrix(cell.World(), MatrixOf(cell.tool.TFrame), 1e-7));
+            if (!onCarrier) {
+                EXPECT_TRUE(IsMatrix(cell.Base(), MatrixOf(cell.tool.TFrame), 1e-7));
+            }
         });
     }
 }
@@ -191,10 +194,10 @@ TEST(CellRelations, holding_the_object_mirrors_holding_the_tool)
             mirrored.tool = HeldTool(cell.wobj.UFrame);
             mirrored.tool.TLoad = cell.tool.TLoad;
             mirrored.wobj = FixedWobj();
-            ExpectSameRigid(cell.Object(), Times(Inverted(mirrored.World()), RigidOf(cell.tool.TFrame)),
-                            1e-7);
-            ExpectSameRigid(cell.Flange(), Times(RigidOf(cell.wobj.UFrame), cell.Object()), 1e-7);
-            ExpectSameRigid(cell.Base(), Times(mirrored.Base(), cell.Object()), 1e-7);
+            EXPECT_TRUE(
+                IsMatrix(cell.Object(), RigidInverse(mirrored.World()) * MatrixOf(cell.tool.TFrame), 1e-7));
+            EXPECT_TRUE(IsMatrix(cell.Flange(), MatrixOf(cell.wobj.UFrame) * cell.Object(), 1e-7));
+            EXPECT_TRUE(IsMatrix(cell.Base(), mirrored.Base() * cell.Object(), 1e-7));
         });
     }
 }
@@ -209,8 +212,8 @@ TEST(CellRelations, a_rigid_arm_puts_the_tool_frame_behind_the_flange)
             SCOPED_TRACE(::testing::Message() << i << " " << cell.q);
             Cell bare = cell;
             bare.tool.TFrame = {};
-            ExpectSameRigid(cell.Base(), Times(bare.Base(), cell.Flange()));
-            ExpectSameRigid(cell.Flange(), RigidOf(cell.tool.TFrame));
+            EXPECT_TRUE(IsMatrix(cell.Base(), bare.Base() * cell.Flange()));
+            EXPECT_TRUE(IsMatrix(cell.Flange(), MatrixOf(cell.tool.TFrame)));
         }
     }
 }

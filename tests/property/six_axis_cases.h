@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "draw.h"
-#include "rigid.h"
 #include "support/records.h"
+#include "support/rigid_matrix.h"
 #include "support/sample_arms.h"
 
 namespace kine::test {
@@ -25,10 +25,7 @@ inline std::array<NamedArm, 4> SixAxisArms()
 }
 
 // Angle between the forearm and the line from joint 3 to the wrist centre, in degrees.
-inline double ElbowAngleDeg(const KineSixAxisParam& p)
-{
-    return std::atan2(p.a3, p.d4) * 180.0 / std::acos(-1.0);
-}
+inline double ElbowAngleDeg(const KineSixAxisParam& p) { return InDegrees(std::atan2(p.a3, p.d4)); }
 
 // Signed distance of the wrist centre from the joint-1 axis in the plane of the arm.
 inline double WristDistance(const KineSixAxisParam& p, const KineJoint& q)

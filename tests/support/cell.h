@@ -61,9 +61,9 @@ inline Mat4 UnitMatrix(const KineMechUnit& unit, const double (&extAxis)[6])
         travelled.Y = travelled.Z = 0.0;
         return MatrixOf(unit.AxisFrame[0]) * MatrixOf(travelled);
     }
-    const Mat4 firstAxis = MatrixOf(unit.AxisFrame[0]) * TurnZ(first);
+    const Mat4 firstAxis = MatrixOf(unit.AxisFrame[0]) * TurnZDeg(first);
     if (unit.UnitKind == kRotaryKind) return firstAxis;
-    return firstAxis * MatrixOf(unit.AxisFrame[1]) * TurnZ(extAxis[unit.AxisParamIndex[1]]);
+    return firstAxis * MatrixOf(unit.AxisFrame[1]) * TurnZDeg(extAxis[unit.AxisParamIndex[1]]);
 }
 
 // An initialised arm with mechanical units enabled and none configured.

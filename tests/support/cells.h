@@ -86,16 +86,16 @@ inline KineArmConfig CellConfig(const CellPlan& plan)
 
 inline Mat4 BaseFromFlange(const CellPlan& plan)
 {
-    if (plan.armType == kSix) return NaiveSixAxisFlange(WristArm().SixAxis, kAxes);
+    if (plan.armType == kSix) return NaiveSixAxisChain(WristArm().SixAxis, kAxes).flange;
     const double elbow = plan.armType == kFour ? kAxes[1] : kAxes[1] + kHalfTurn;
     return NaiveFourAxisFlange(Scara().FourAxis, kAxes[0], elbow, kAxes[2], kAxes[3]);
 }
 
 inline Mat4 WorldFromBase(const CellPlan& plan)
 {
-    if (plan.carrierKind == kNoUnit) return Of(kBaseFrame);
+    if (plan.carrierKind == kNoUnit) return MatrixOf(kBaseFrame);
     return NaiveUnit(plan.carrierKind, kCarrierFirst, kCarrierSecond, kExtAxis[4], kExtAxis[1]) *
-           Of(kBaseFrame);
+           MatrixOf(kBaseFrame);
 }
 
 // A work object in the cell whose combined frame is the given one.
@@ -106,9 +106,9 @@ inline Wobj CellWobj(const CellPlan& plan, const Pose& object)
 
 inline Mat4 WorldFromWobj(const CellPlan& plan, const Pose& object)
 {
-    if (plan.positionerKind == kNoUnit) return Of(object);
+    if (plan.positionerKind == kNoUnit) return MatrixOf(object);
     return NaiveUnit(plan.positionerKind, kPositionerFirst, kPositionerSecond, kExtAxis[0], kExtAxis[5]) *
-           Of(object);
+           MatrixOf(object);
 }
 
 }  // namespace kine::test
