@@ -14,7 +14,7 @@
 
 #include "support/cell.h"
 #include "support/chain_calls.h"
-#include "support/guard_page.h"
+#include "support/guarded_memory.h"
 #include "support/sample_arms.h"
 #include "support/seeded_random.h"
 

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <limits>
 
-#include "four_axis/guarded_record.h"
 #include "four_axis/naive_four_axis.h"
+#include "support/guarded_memory.h"
 
 namespace kine::test {
 namespace {
@@ -178,7 +178,7 @@ TEST(FourAxisParams, bytes_in_the_gap_and_behind_the_view_have_no_effect)
 TEST(FourAxisParams, a_record_of_96_bytes_is_enough)
 {
     const KineKinematicParam param = ParamOf(SteepArm());
-    const GuardedRecord record(&param, 96);
+    const GuardedBytes record(&param, 96);
     FourAxisParams params{};
     EXPECT_EQ(InitFourAxisParams(4, 4, record.As<KineKinematicParam>(), params), KINE_OK);
     EXPECT_EQ(params.lead, 25.0);
@@ -187,8 +187,7 @@ TEST(FourAxisParams, a_record_of_96_bytes_is_enough)
 TEST(FourAxisParams, the_gap_of_the_record_is_not_read)
 {
     const KineKinematicParam param = ParamOf(SteepArm());
-    const GuardedRecord record(&param, 96);
-    // Takes effect in the build with address checks only.
+    const GuardedBytes record(&param, 96);
     const ForbiddenBytes gap(record.As<unsigned char>() + 32, 32);
     FourAxisParams params{};
     EXPECT_EQ(InitFourAxisParams(4, 4, record.As<KineKinematicParam>(), params), KINE_OK);

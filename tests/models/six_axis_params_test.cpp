@@ -9,17 +9,6 @@
 #include "support/sample_arms.h"
 #include "support/six_axis_samples.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define KINE_TEST_HAS_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KINE_TEST_HAS_ASAN 1
-#endif
-#endif
-#ifdef KINE_TEST_HAS_ASAN
-#include <sanitizer/asan_interface.h>
-#endif
-
 namespace kine {
 namespace {
 
@@ -274,36 +263,35 @@ TEST(InitSixAxisParams, does_not_change_the_record)
     EXPECT_TRUE(test::HasSameBits(param, before));
 }
 
-#ifdef KINE_TEST_HAS_ASAN
+#ifdef KINE_TEST_ADDRESS_CHECKS
 TEST(InitSixAxisParams, reads_no_byte_of_the_gaps)
 {
     // The address checks end the program at a read of a poisoned byte.
     alignas(8) KineKinematicParam param = SampleRecord();
     auto* bytes = reinterpret_cast<unsigned char*>(&param);
-    for (const Gap& gap : kGaps) __asan_poison_memory_region(bytes + gap.begin, gap.end - gap.begin);
     SixAxisParams params{};
-    const KineResult code = InitSixAxisParams(6, &param, params);
-    for (const Gap& gap : kGaps) __asan_unpoison_memory_region(bytes + gap.begin, gap.end - gap.begin);
+    KineResult code = KINE_ERR_MODEL_PARAM;
+    {
+        const test::ForbiddenBytes first(bytes + kGaps[0].begin, kGaps[0].end - kGaps[0].begin);
+        const test::ForbiddenBytes second(bytes + kGaps[1].begin, kGaps[1].end - kGaps[1].begin);
+        code = InitSixAxisParams(6, &param, params);
+    }
     EXPECT_EQ(code, KINE_OK);
     EXPECT_TRUE(test::HasSameBits(params, ParamsOf(SampleRecord())));
 }
 #endif
 
-#ifdef KINE_TEST_HAS_GUARDED_MEMORY
 TEST(InitSixAxisParams, touches_no_byte_before_or_behind_the_record)
 {
-    const test::GuardedPage page;
-    ASSERT_TRUE(page.IsUsable());
     const KineKinematicParam source = SampleRecord();
     const SixAxisParams expected = ParamsOf(source);
-    for (unsigned char* place : {page.First(), page.Last(kRecordSize)}) {
-        std::memcpy(place, &source, kRecordSize);
+    for (const test::Guard guard : {test::Guard::kBefore, test::Guard::kBehind}) {
+        const test::GuardedBytes record(&source, kRecordSize, guard);
         SixAxisParams params{};
-        EXPECT_EQ(InitSixAxisParams(6, reinterpret_cast<const KineKinematicParam*>(place), params), KINE_OK);
+        EXPECT_EQ(InitSixAxisParams(6, record.As<KineKinematicParam>(), params), KINE_OK);
         EXPECT_TRUE(test::HasSameBits(params, expected));
     }
 }
-#endif
 
 }  // namespace
 }  // namespace kine
