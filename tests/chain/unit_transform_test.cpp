@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <random>
 
 #include "chain/frame_services.h"
 #include "support/naive_arms.h"
@@ -126,7 +125,7 @@ TEST(UnitTransform, one_external_axis_may_drive_both_axes)
 
 TEST(UnitTransform, random_cells_agree_with_plain_matrices)
 {
-    std::mt19937_64 random(20240611);
+    SeededRandom random(20240611);
     for (int round = 0; round < 500; ++round) {
         SCOPED_TRACE(testing::Message() << "seed 20240611, round " << round);
         const Pose first = RandomPose(random, 2000.0);
@@ -134,7 +133,7 @@ TEST(UnitTransform, random_cells_agree_with_plain_matrices)
         const FrameDescriptor descriptor{3, 0, RandomPose(random, 300.0)};
         PoseRecord record{};
         record.frame = RandomPose(random, 400.0);
-        for (double& value : record.extAxis) value = Uniform(random, -720.0, 720.0);
+        for (double& value : record.extAxis) value = random.Uniform(-720.0, 720.0);
         for (const std::int32_t kind : kKinds) {
             SCOPED_TRACE(kind);
             const MechUnitBlock units = OneUnit(MakeUnit(kind, first, second, 2, 5));

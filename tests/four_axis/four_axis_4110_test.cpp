@@ -164,10 +164,10 @@ TEST(FourAxis4110, inverse_returns_the_joints_in_every_turn_of_axes_1_2_and_4)
 {
     const FourAxis4110Model model = ModelOf({});
     const ToolBlock tool = BlockWithTool({30, -20, 10, 0.3, 0.0, 0.0});
-    Draw draw(71);
+    SeededRandom random(71);
     for (int i = 0; i < 500; ++i) {
-        const Joints known = JointsOf(draw.Between(-40, 40), draw.Between(-40, 40), draw.Between(-40, 40),
-                                      draw.Between(-40, 40));
+        const Joints known = JointsOf(random.Uniform(-40, 40), random.Uniform(-40, 40),
+                                      random.Uniform(-40, 40), random.Uniform(-40, 40));
         SCOPED_TRACE(::testing::Message() << known.axis[0] << " " << known.axis[1] << " " << known.axis[3]);
         if (std::fabs(std::sin(known.axis[1])) < 0.02) continue;
         const double heading = known.axis[0] + known.axis[1] + kHalfTurn + known.axis[3] + 0.3;

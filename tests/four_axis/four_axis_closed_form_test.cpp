@@ -19,15 +19,19 @@ TEST(FourAxisClosedForm, finds_the_joints_of_an_arm_without_tilts)
 {
     const NaiveArm arm;
     const FourAxisParams params = BlockOf(arm);
-    Draw draw(41);
+    SeededRandom random(41);
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
-        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * draw.Between(0.02, 3.1);
-        const double q1 = draw.Between(-3.1, 3.1);
-        const double q3 = draw.Between(-50, 50);
-        const double q4 = draw.Between(-3, 3);
-        const Pose tool{
-            draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-3, 3), 0, 0};
+        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * random.Uniform(0.02, 3.1);
+        const double q1 = random.Uniform(-3.1, 3.1);
+        const double q3 = random.Uniform(-50, 50);
+        const double q4 = random.Uniform(-3, 3);
+        const Pose tool{random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-3, 3),
+                        0,
+                        0};
         const auto state = NaiveForward<double>(arm, {q1, elbow, q3, q4}, tool);
         // The heading as a sum, so that the flange heading less axes 1 and 2 is axis 4 itself.
         const Pose target{state.tip[0], state.tip[1], state.tip[2], q1 + elbow + q4 + tool.a, 0.0, 0.0};

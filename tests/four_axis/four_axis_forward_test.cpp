@@ -17,10 +17,10 @@ TEST(FourAxisForward, an_arm_without_tilts_is_the_plane_formula)
 {
     const NaiveArm arm;
     const FourAxisParams params = BlockOf(arm);
-    Draw draw(21);
+    SeededRandom random(21);
     for (int i = 0; i < 100; ++i) {
-        const FourAngles q{draw.Between(-7, 7), draw.Between(-7, 7), draw.Between(-60, 60),
-                           draw.Between(-7, 7)};
+        const FourAngles q{random.Uniform(-7, 7), random.Uniform(-7, 7), random.Uniform(-60, 60),
+                           random.Uniform(-7, 7)};
         SCOPED_TRACE(i);
         const Pose pose = FourAxisToolPose(params, q, {});
         EXPECT_NEAR(pose.x, arm.l1 * std::cos(q[0]) + arm.l2 * std::cos(q[0] + q[1]), kMm);
@@ -48,16 +48,20 @@ TEST(FourAxisForward, one_turn_of_the_screw_lifts_by_one_lead)
 
 TEST(FourAxisForward, tilted_arms_are_the_product_of_their_rotations)
 {
-    Draw draw(22);
+    SeededRandom random(22);
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
         NaiveArm arm = SteepArm();
         for (double* tilt : {&arm.tiltX1, &arm.tiltX2, &arm.tiltY1, &arm.tiltY2})
-            *tilt = draw.Between(-30, 30);
-        const FourAngles q{draw.Between(-4, 4), draw.Between(-4, 4), draw.Between(-60, 60),
-                           draw.Between(-9, 9)};
-        const Pose tool{
-            draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-3, 3), 0, 0};
+            *tilt = random.Uniform(-30, 30);
+        const FourAngles q{random.Uniform(-4, 4), random.Uniform(-4, 4), random.Uniform(-60, 60),
+                           random.Uniform(-9, 9)};
+        const Pose tool{random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-3, 3),
+                        0,
+                        0};
         const Pose pose = FourAxisToolPose(BlockOf(arm), q, tool);
         const auto naive = NaiveForward<double>(arm, q, tool);
         EXPECT_NEAR(pose.x, naive.tip[0], kMm);
@@ -130,12 +134,12 @@ TEST(FourAxisForward, of_the_tool_only_position_and_a_count)
 
 TEST(FourAxisForward, planar_pose_is_the_flange_in_the_plane_with_the_forearm_heading)
 {
-    Draw draw(23);
+    SeededRandom random(23);
     const NaiveArm arm = SteepArm();
     for (int i = 0; i < 50; ++i) {
         SCOPED_TRACE(i);
-        const FourAngles q{draw.Between(-4, 4), draw.Between(-4, 4), draw.Between(-60, 60),
-                           draw.Between(-9, 9)};
+        const FourAngles q{random.Uniform(-4, 4), random.Uniform(-4, 4), random.Uniform(-60, 60),
+                           random.Uniform(-9, 9)};
         const Pose pose = FourAxisPlanarPose(BlockOf(arm), q);
         const auto naive = NaiveForward<double>(arm, q, {});
         EXPECT_NEAR(pose.x, naive.flange[0], kMm);

@@ -37,23 +37,27 @@ struct Case
     Pose tool;
 };
 
-Case RandomCase(Draw& draw)
+Case RandomCase(SeededRandom& random)
 {
     Case c;
     for (double* tilt : {&c.arm.tiltX1, &c.arm.tiltX2, &c.arm.tiltY1, &c.arm.tiltY2})
-        *tilt = draw.Between(-25, 25);
-    c.q = {draw.Between(-4, 4), draw.Between(-4, 4), draw.Between(-60, 60), draw.Between(-9, 9)};
-    c.tool = {
-        draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-3, 3), 0.7, -0.7};
+        *tilt = random.Uniform(-25, 25);
+    c.q = {random.Uniform(-4, 4), random.Uniform(-4, 4), random.Uniform(-60, 60), random.Uniform(-9, 9)};
+    c.tool = {random.Uniform(-90, 90),
+              random.Uniform(-90, 90),
+              random.Uniform(-90, 90),
+              random.Uniform(-3, 3),
+              0.7,
+              -0.7};
     return c;
 }
 
 TEST(FourAxisJacobian, every_entry_is_the_derivative)
 {
-    Draw draw(31);
+    SeededRandom random(31);
     for (int i = 0; i < 300; ++i) {
         SCOPED_TRACE(i);
-        const Case c = RandomCase(draw);
+        const Case c = RandomCase(random);
         const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         for (std::size_t axis = 0; axis < 4; ++axis) {
             const auto expected = ComplexStep(c.arm, c.q, c.tool, axis);
@@ -66,9 +70,9 @@ TEST(FourAxisJacobian, every_entry_is_the_derivative)
 
 TEST(FourAxisJacobian, height_by_axis_1_and_heading_by_axis_3_are_exactly_zero)
 {
-    Draw draw(32);
+    SeededRandom random(32);
     for (int i = 0; i < 100; ++i) {
-        const Case c = RandomCase(draw);
+        const Case c = RandomCase(random);
         const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         EXPECT_EQ(jacobian.m[2][0], 0.0);
         EXPECT_EQ(jacobian.m[3][2], 0.0);
@@ -77,9 +81,9 @@ TEST(FourAxisJacobian, height_by_axis_1_and_heading_by_axis_3_are_exactly_zero)
 
 TEST(FourAxisJacobian, axis_3_moves_along_the_screw_by_the_lead_per_turn)
 {
-    Draw draw(33);
+    SeededRandom random(33);
     for (int i = 0; i < 50; ++i) {
-        const Case c = RandomCase(draw);
+        const Case c = RandomCase(random);
         const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         const auto naive = NaiveForward<double>(c.arm, c.q, c.tool);
         for (std::size_t row = 0; row < 3; ++row)
@@ -131,12 +135,12 @@ Matrix4 GeneralInverse(Matrix4 a)
 
 TEST(Jacobian4Inverse, agrees_with_a_general_inverse)
 {
-    Draw draw(34);
+    SeededRandom random(34);
     for (int i = 0; i < 300; ++i) {
         SCOPED_TRACE(i);
         Matrix4 a{};
         for (auto& row : a.m)
-            for (double& value : row) value = draw.Between(-10, 10);
+            for (double& value : row) value = random.Uniform(-10, 10);
         a.m[2][0] = 0.0;
         a.m[3][2] = 0.0;
         const Matrix4 expected = GeneralInverse(a);
@@ -153,11 +157,11 @@ TEST(Jacobian4Inverse, agrees_with_a_general_inverse)
 
 TEST(Jacobian4Inverse, of_a_jacobian_times_it_is_the_identity)
 {
-    Draw draw(35);
+    SeededRandom random(35);
     for (int i = 0; i < 100; ++i) {
         SCOPED_TRACE(i);
-        Case c = RandomCase(draw);
-        c.q[1] = draw.Between(0.3, 2.8);
+        Case c = RandomCase(random);
+        c.q[1] = random.Uniform(0.3, 2.8);
         const Matrix4 j = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         Matrix4 inverse{};
         ASSERT_EQ(Jacobian4Inverse(j, inverse), KINE_OK);

@@ -15,13 +15,13 @@ TEST(FourAxisRefine, a_tilted_arm_meets_its_target_from_the_seed_of_the_straight
 {
     const NaiveArm arm = SteepArm();
     const FourAxisParams params = BlockOf(arm);
-    Draw draw(51);
+    SeededRandom random(51);
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
-        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * draw.Between(0.4, 2.7);
-        const FourAngles known{draw.Between(-3, 3), elbow, draw.Between(-30, 30), 0.2 - elbow};
+        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * random.Uniform(0.4, 2.7);
+        const FourAngles known{random.Uniform(-3, 3), elbow, random.Uniform(-30, 30), 0.2 - elbow};
         const Pose tool{
-            draw.Between(-60, 60), draw.Between(-60, 60), 20.0, draw.Between(-0.5, 0.5), 0.0, 0.0};
+            random.Uniform(-60, 60), random.Uniform(-60, 60), 20.0, random.Uniform(-0.5, 0.5), 0.0, 0.0};
         const Pose target = FourAxisToolPose(params, known, tool);
         if (std::fabs(target.a) > 2.9) continue;
         FourAxisSeed seed{};

@@ -83,11 +83,11 @@ TEST(FourAxisTurns, worked_examples)
 
 TEST(FourAxisTurns, the_result_lies_within_two_quarters_of_the_number)
 {
-    Draw draw(61);
+    SeededRandom random(61);
     for (int i = 0; i < 400; ++i) {
         SCOPED_TRACE(i);
-        const double raw = draw.Between(-269.0, 89.0);  // heading within half a turn
-        const auto turn = static_cast<std::int32_t>(draw.Between(-641.0, 641.0));
+        const double raw = random.Uniform(-269.0, 89.0);  // heading within half a turn
+        const auto turn = static_cast<std::int32_t>(random.Uniform(-641.0, 641.0));
         const double solved = SolvedAxis4Deg(raw, turn);
         const double quarter = std::floor(solved / 90.0);
         EXPECT_LE(std::fabs(quarter - turn), 2.0) << raw << " " << turn << " " << solved;

@@ -11,6 +11,7 @@
 #include "models/arm_model.h"
 #include "models/four_axis_params.h"
 #include "support/plain_matrix.h"
+#include "support/seeded_random.h"
 
 namespace kine::test {
 
@@ -156,21 +157,5 @@ inline bool AreMarked(const Joints& joints)
     const Joints marked = MarkedJoints();
     return joints.axis == marked.axis && joints.extAxis == marked.extAxis;
 }
-
-// A small generator of its own, the same on every platform.
-class Draw
-{
-public:
-    explicit Draw(std::uint64_t seed) : state_(seed) {}
-
-    double Between(double low, double high)
-    {
-        state_ = state_ * 6364136223846793005ULL + 1442695040888963407ULL;
-        return low + (high - low) * (static_cast<double>(state_ >> 11) / 9007199254740992.0);
-    }
-
-private:
-    std::uint64_t state_;
-};
 
 }  // namespace kine::test

@@ -6,6 +6,7 @@
 
 #include "math/angles.h"
 #include "support/math_compare.h"
+#include "support/naive_transform.h"
 #include "support/seeded_random.h"
 
 namespace kine {
@@ -13,12 +14,7 @@ namespace {
 
 using test::ExpectNear;
 using test::kNan;
-
-Pose RandomPose(test::SeededRandom& random)
-{
-    return {random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0),
-            random.Uniform(-kPi, kPi),     random.Uniform(-1.5, 1.5),     random.Uniform(-kPi, kPi)};
-}
+using test::RandomPose;
 
 // Any affine transform with a determinant well off zero.
 HomMatrix RandomAffine(test::SeededRandom& random)
@@ -92,7 +88,7 @@ TEST(MatrixToPose, undoes_pose_to_matrix)
 {
     test::SeededRandom random(100);
     for (int i = 0; i < 500; ++i) {
-        const Pose pose = RandomPose(random);
+        const Pose pose = RandomPose(random, 900.0);
         SCOPED_TRACE(::testing::Message() << pose.a << ' ' << pose.b << ' ' << pose.c);
         ExpectNear(MatrixToPose(PoseToMatrix(pose)), pose, 0.0, 1e-14);
     }
@@ -151,8 +147,8 @@ TEST(MatrixInverse, of_product_is_the_product_of_the_inverses_in_reverse)
 {
     test::SeededRandom random(103);
     for (int i = 0; i < 100; ++i) {
-        const HomMatrix a = PoseToMatrix(RandomPose(random));
-        const HomMatrix b = PoseToMatrix(RandomPose(random));
+        const HomMatrix a = PoseToMatrix(RandomPose(random, 900.0));
+        const HomMatrix b = PoseToMatrix(RandomPose(random, 900.0));
         SCOPED_TRACE(i);
         ExpectNear(MatrixInverse(a * b), MatrixInverse(b) * MatrixInverse(a), 1e-11);
     }
@@ -161,7 +157,7 @@ TEST(MatrixInverse, of_product_is_the_product_of_the_inverses_in_reverse)
 TEST(MatrixInverse, of_rigid_transform_has_the_transposed_rotation)
 {
     test::SeededRandom random(104);
-    const HomMatrix m = PoseToMatrix(RandomPose(random));
+    const HomMatrix m = PoseToMatrix(RandomPose(random, 900.0));
     ExpectNear(MatrixInverse(m).r, Transpose(m.r), 1e-15);
 }
 
@@ -216,7 +212,7 @@ TEST(PoseDiff, of_a_pose_with_itself_is_zero)
 {
     test::SeededRandom random(105);
     for (int i = 0; i < 100; ++i) {
-        const Pose pose = RandomPose(random);
+        const Pose pose = RandomPose(random, 900.0);
         SCOPED_TRACE(::testing::Message() << pose.a << ' ' << pose.b << ' ' << pose.c);
         ExpectNear(PoseDiff(pose, pose, kDiffInReference), {}, 0.0, 1e-15);
         ExpectNear(PoseDiff(pose, pose, kInFrameOfFirst), {}, 0.0, 1e-15);
@@ -253,8 +249,8 @@ TEST(PoseDiff, puts_back_together_what_it_took_apart)
 {
     test::SeededRandom random(106);
     for (int i = 0; i < 200; ++i) {
-        const Pose p1 = RandomPose(random);
-        const Pose p2 = RandomPose(random);
+        const Pose p1 = RandomPose(random, 900.0);
+        const Pose p2 = RandomPose(random, 900.0);
         SCOPED_TRACE(i);
         const HomMatrix inFirst = PoseToMatrix(PoseDiff(p1, p2, kInFrameOfFirst));
         ExpectNear(PoseToMatrix(p1) * inFirst, PoseToMatrix(p2), 1e-9);

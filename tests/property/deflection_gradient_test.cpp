@@ -1,17 +1,17 @@
 // The gradient of the six-axis deflection is the derivative of the deflection.
 #include <gtest/gtest.h>
 
-#include "draw.h"
 #include "models/six_axis_gravity.h"
 #include "models/six_axis_params.h"
 #include "support/sample_arms.h"
+#include "support/seeded_random.h"
 
 namespace kine::test {
 namespace {
 
 TEST(DeflectionGradient, agrees_with_differences)
 {
-    Draw draw(9001);
+    SeededRandom random(9001);
     KineKinematicParam param = CalibratedWristArm();
     // Weights of one size, so that no term hides behind another.
     for (double& weight : param.SixAxis.G) weight = 1e5;
@@ -20,10 +20,10 @@ TEST(DeflectionGradient, agrees_with_differences)
     for (int i = 0; i < 300; ++i) {
         SCOPED_TRACE(i);
         SixAngles q{};
-        for (double& angle : q) angle = draw.Between(-3.1, 3.1);
+        for (double& angle : q) angle = random.Uniform(-3.1, 3.1);
         CombinedLoad load{};
-        load.mass = draw.Between(0.0, 15.0);
-        load.centre = {draw.Between(-0.2, 0.2), draw.Between(-0.2, 0.2), draw.Between(-0.2, 0.2)};
+        load.mass = random.Uniform(0.0, 15.0);
+        load.centre = {random.Uniform(-0.2, 0.2), random.Uniform(-0.2, 0.2), random.Uniform(-0.2, 0.2)};
         Deflection at{};
         DeflectionGradient gradient{};
         ASSERT_EQ(GravityDeflection(params, q, load, at, gradient), KINE_OK);

@@ -1,10 +1,9 @@
 // The library's poses and transforms as plain matrices and back. Radians and millimetres.
 #pragma once
 
-#include <random>
-
 #include "math/transform.h"
 #include "support/plain_matrix.h"
+#include "support/seeded_random.h"
 
 namespace kine::test {
 
@@ -32,23 +31,12 @@ inline ::testing::AssertionResult PoseIs(const Pose& actual, const Mat4& expecte
     return IsMatrix(MatrixOf(actual), expected, tolerance, tolerance);
 }
 
-// Uniform in [lower, upper); the same numbers on every platform.
-inline double Uniform(std::mt19937_64& random, double lower, double upper)
+// Any orientation some degrees clear of b = +-90.
+inline Pose RandomPose(SeededRandom& random, double reach)
 {
-    constexpr double kStep = 1.0 / 9007199254740992.0;  // 2^-53
-    return lower + (upper - lower) * (static_cast<double>(random() >> 11U) * kStep);
-}
-
-// Any orientation up to a tenth of a radian from b = +-90 degrees.
-inline Pose RandomPose(std::mt19937_64& random, double reach)
-{
-    const double x = Uniform(random, -reach, reach);
-    const double y = Uniform(random, -reach, reach);
-    const double z = Uniform(random, -reach, reach);
-    const double a = Uniform(random, -3.1, 3.1);
-    const double b = Uniform(random, -1.47, 1.47);
-    const double c = Uniform(random, -3.1, 3.1);
-    return {x, y, z, a, b, c};
+    return {random.Uniform(-reach, reach), random.Uniform(-reach, reach),
+            random.Uniform(-reach, reach), random.Uniform(-kHalfTurn, kHalfTurn),
+            random.Uniform(-1.5, 1.5),     random.Uniform(-kHalfTurn, kHalfTurn)};
 }
 
 }  // namespace kine::test
