@@ -5,10 +5,10 @@
 #include <cmath>
 #include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_4110_model.h"
 #include "models/four_axis_geometry.h"
 #include "models/four_axis_model.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {

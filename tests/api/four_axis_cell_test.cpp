@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "four_axis/api_calls.h"
+#include "support/four_axis_calls.h"
 
 namespace kine::test {
 namespace {

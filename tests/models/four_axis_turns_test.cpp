@@ -3,8 +3,8 @@
 
 #include <cmath>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_model.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {

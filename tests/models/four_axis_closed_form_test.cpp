@@ -5,8 +5,8 @@
 #include <limits>
 #include <optional>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_inverse.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {

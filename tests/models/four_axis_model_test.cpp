@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "four_axis/naive_four_axis.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {

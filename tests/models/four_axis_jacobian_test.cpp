@@ -5,8 +5,8 @@
 #include <cmath>
 #include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_geometry.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <limits>
 
-#include "four_axis/api_calls.h"
+#include "support/four_axis_calls.h"
 #include "support/guarded_memory.h"
 
 namespace kine::test {

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "support/guarded_memory.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {

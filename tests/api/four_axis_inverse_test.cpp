@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "four_axis/api_calls.h"
+#include "support/four_axis_calls.h"
 #include "support/plain_matrix.h"
 
 namespace kine::test {
