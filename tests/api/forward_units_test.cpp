@@ -4,12 +4,12 @@
 // support/cell.h; F is the flange in the base.
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <vector>
 
 #include "support/cell.h"
 #include "support/chain_calls.h"
 #include "support/naive_arms.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
@@ -48,13 +48,7 @@ Request HeldToolRequest()
     return request;
 }
 
-Request StationaryToolRequest()
-{
-    Request request = HeldToolRequest();
-    request.tool.HeldByRobot = 0;
-    request.wobj.HeldByRobot = 1;
-    return request;
-}
+Request StationaryToolRequest() { return Swapped(HeldToolRequest()); }
 
 Mat4 Arm(const Request& request) { return NaiveSixAxisChain(WristArm().SixAxis, request.joints).flange; }
 
@@ -73,11 +67,6 @@ void ExpectFrame(const ChainCall& call, const Request& request, const Mat4& expe
     EXPECT_TRUE(IsFrame(outcome.pose.Frame, expected));
     EXPECT_TRUE(SameBits(outcome.pose.ExtAxis, request.joints.ExtAxis));
 }
-
-const ChainCall& kBase = kForwardCalls[0];
-const ChainCall& kFlange = kForwardCalls[1];
-const ChainCall& kWorld = kForwardCalls[2];
-const ChainCall& kWobj = kForwardCalls[3];
 
 }  // namespace
 
@@ -337,7 +326,7 @@ TEST(load, inertia_and_axes_of_moment_have_no_effect)
     const Outcome plain = Perform(kBase, request);
     for (KineLoad* load : {&request.load, &request.tool.TLoad}) {
         for (double& angle : load->Aom) angle = 77.0;
-        for (double& inertia : load->Inertia) inertia = std::numeric_limits<double>::infinity();
+        for (double& inertia : load->Inertia) inertia = kInf;
     }
     EXPECT_TRUE(SameBits(Perform(kBase, request).pose, plain.pose));
 }

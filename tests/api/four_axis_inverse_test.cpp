@@ -2,16 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "support/four_axis_calls.h"
+#include "support/numbers.h"
 #include "support/plain_matrix.h"
 
 namespace kine::test {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 void ExpectFailure(const KinePose& target, KineResult code, const std::string& line)
 {
@@ -86,12 +83,12 @@ TEST(FourAxisInverse, a_target_that_is_not_a_number_is_0x6094)
     // One such value makes the whole position one in the product of the chain.
     for (const std::uint32_t type : kFourAxisTypes) {
         Initialise(type, TiltedScara());
-        for (const double bad : {kNaN, kInf, -kInf}) {
+        for (const double bad : {kNan, kInf, -kInf}) {
             ExpectFailure(Target(bad, 100, 0, 0, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
             ExpectFailure(Target(400, bad, 0, 0, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
             ExpectFailure(Target(400, 100, bad, 0, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
         }
-        ExpectFailure(Target(400, 100, 0, kNaN, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
+        ExpectFailure(Target(400, 100, 0, kNan, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
         ExpectFailure(Target(400, 100, 0, kInf, {1, 0, 0, 0}), KINE_ERR_POSE, "");
     }
 }

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "support/four_axis_calls.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
@@ -183,7 +183,7 @@ TEST(FourAxisQueries, tool_angles_b_and_c_count_in_the_flange_only)
 
 TEST(FourAxisQueries, not_a_number_in_a_used_axis_is_passed_on)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     for (const std::uint32_t type : kFourAxisTypes) {
         Initialise(type, Scara());
         EXPECT_TRUE(std::isnan(BasePose({nan, 50, 100, 30}, HeldTool()).Frame.X));

@@ -11,15 +11,13 @@
 #include "support/cell.h"
 #include "support/chain_calls.h"
 #include "support/naive_arms.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 #include "support/seeded_random.h"
 
 using namespace kine::test;
 
 namespace {
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 // The target of an arm's own joints, with their configuration.
 Request RequestFor(const KineKinematicParam& arm, const KineJoint& joints)

@@ -2,18 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "support/cell.h"
 #include "support/chain_calls.h"
 #include "support/naive_arms.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
 
 namespace {
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 KineResult InitSix(const KineKinematicParam& param)
 {
@@ -77,7 +75,7 @@ TEST(Kine_InitKinematicParam, length_on_its_bound_is_accepted_and_below_it_is_0x
 
 TEST(Kine_InitKinematicParam, other_numbers_are_not_checked)
 {
-    for (const double value : {kNan, -1e300, std::numeric_limits<double>::infinity()}) {
+    for (const double value : {kNan, -1e300, kInf}) {
         KineKinematicParam param = WristArm();
         param.SixAxis.d1 = param.SixAxis.lateralOffset = param.SixAxis.alpha1 = value;
         param.SixAxis.d3 = param.SixAxis.mountX = param.SixAxis.G[0] = param.SixAxis.k2 = value;
@@ -177,12 +175,10 @@ TEST(Kine_InitKinematicParam, clears_counts_units_and_mounting)
         SetUnitCounts(3, 6);
         StoreUnit(0, CarryingRobot(LinearUnit({}, {}, 0), 1));
         StoreUnit(1, LinearUnit({100, 0, 0, 0, 0, 0}, {}, 0));
-        EXPECT_EQ(UnitCountLine(), UnitCountLineFor(3));
-        EXPECT_EQ(ItemCountLine(), ItemCountLineFor(6));
+        ExpectCounts(3, 6);
 
         EXPECT_EQ(Kine_InitKinematicParam(c.type, c.param), c.code);
-        EXPECT_EQ(UnitCountLine(), UnitCountLineFor(0));
-        EXPECT_EQ(ItemCountLine(), ItemCountLineFor(0));
+        ExpectCounts(0, 0);
 
         // The arm below is set up without another reset of the cell being needed: what the failed call left
         // is what the next successful one starts from.

@@ -6,6 +6,7 @@
 
 #include "support/cell.h"
 #include "support/chain_calls.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
@@ -267,7 +268,7 @@ TEST(axis_at_the_origin, under_the_robot_is_served_forward_and_0x6034_inverse)
 TEST(axis_at_the_origin, any_coordinate_off_zero_is_enough)
 {
     const double denormal = std::numeric_limits<double>::denorm_min();
-    for (const double off : {1e-300, -1e-300, denormal, std::numeric_limits<double>::quiet_NaN()}) {
+    for (const double off : {1e-300, -1e-300, denormal, kNan}) {
         for (double KineFrame::*field : {&KineFrame::X, &KineFrame::Y, &KineFrame::Z}) {
             KineFrame axis{};
             axis.*field = off;

@@ -8,6 +8,7 @@
 
 #include "chain/forward_chain.h"
 #include "support/cells.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
@@ -271,7 +272,7 @@ TEST(ForwardChains, the_first_failing_step_decides)
 TEST(ForwardChains, nan_joints_give_a_nan_pose)
 {
     ForwardRequest request = HeldToolRequest();
-    request.joints.axis[1] = std::numeric_limits<double>::quiet_NaN();
+    request.joints.axis[1] = kNan;
     for (const NamedChain& chain : {kBase, kWorld, kWobj}) {
         PoseRecord answer{};
         EXPECT_EQ(PrintedBy([&] { EXPECT_EQ(chain.run(MakeCell(kPlan), request, answer), 0u); }), "");

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/naive_transform.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 #include "support/stores.h"
@@ -106,8 +107,8 @@ TEST(FrameServices, configuration_and_external_axes_are_copied_bit_for_bit)
     PoseRecord record = SomeRecord();
     // Not used by units 1 and 2, so that they may hold anything.
     record.extAxis[0] = -0.0;
-    record.extAxis[1] = std::numeric_limits<double>::quiet_NaN();
-    record.extAxis[2] = std::numeric_limits<double>::infinity();
+    record.extAxis[1] = kNan;
+    record.extAxis[2] = kInf;
     record.extAxis[5] = 5e-324;
     for (const FrameDescriptor& descriptor :
          {FrameDescriptor{2, 0, kFrame}, FrameDescriptor{3, 1, kFrame}, FrameDescriptor{3, 2, kFrame}}) {
@@ -259,7 +260,7 @@ TEST(WorldToFrame, rotary_axis_exactly_at_the_origin_is_refused)
 
 TEST(WorldToFrame, nan_position_of_an_axis_is_not_the_origin)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     MechUnitBlock units = ThreeUnits();
     units.units[1].axisFrame[0].t = {nan, 0.0, 0.0};
     PoseRecord result{};

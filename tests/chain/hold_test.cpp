@@ -7,6 +7,7 @@
 
 #include "chain/frame_services.h"
 #include "chain/inverse_chain.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stores.h"
 
@@ -27,9 +28,7 @@ PoseRecord SomeRecord()
     record.frame = {100.0, -200.0, 300.0, 1.0, -0.5, 2.0};
     record.config = {std::numeric_limits<std::int32_t>::min(), -1, 7,
                      std::numeric_limits<std::int32_t>::max()};
-    record.extAxis = {
-        -0.0,  1.5,   std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-        1e300, 5e-324};
+    record.extAxis = {-0.0, 1.5, kNan, kInf, 1e300, 5e-324};
     return record;
 }
 

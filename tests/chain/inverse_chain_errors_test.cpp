@@ -7,6 +7,7 @@
 
 #include "chain/inverse_chain.h"
 #include "support/cells.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
@@ -117,7 +118,7 @@ TEST(WobjToJoint, configuration_check_does_not_look_at_the_frame)
     EXPECT_EQ(WobjToJoint(MakeCell(kPlan), request, joints), 0u);
     EXPECT_NEAR(joints.axis[0], kAxes[0], 1e-9);
 
-    request.target.frame.x = std::numeric_limits<double>::quiet_NaN();
+    request.target.frame.x = kNan;
     ExpectFailure(MakeCell(kPlan), request, 0x6096u, "IK error 5:24726\n");
 }
 
@@ -240,10 +241,8 @@ TEST(WobjToJoint, codes_of_the_four_axis_arms_come_with_line_five)
                       "IK error 5:24723\n");
         ExpectFailure(store, TargetInBase({601.0, 0.0, 60.0, 0.0, 0.0, 0.0}, {1, 0, 0, 0}), 0x6094u,
                       "IK error 5:24724\n");
-        ExpectFailure(
-            store,
-            TargetInBase({400.0, 0.0, std::numeric_limits<double>::quiet_NaN(), 0.0, 0.0, 0.0}, {1, 0, 0, 0}),
-            0x6094u, "IK error 5:24724\n");
+        ExpectFailure(store, TargetInBase({400.0, 0.0, kNan, 0.0, 0.0, 0.0}, {1, 0, 0, 0}), 0x6094u,
+                      "IK error 5:24724\n");
     }
 }
 

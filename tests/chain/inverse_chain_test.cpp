@@ -6,9 +6,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "support/cells.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
@@ -28,7 +28,7 @@ std::array<double, 6> TargetExtAxis()
 {
     std::array<double, 6> extAxis = kExtAxis;
     extAxis[2] = -0.0;
-    extAxis[3] = std::numeric_limits<double>::quiet_NaN();
+    extAxis[3] = kNan;
     return extAxis;
 }
 

@@ -182,9 +182,9 @@ TEST(MatrixInverse, of_nan_is_nan)
 TEST(HomMatrix, assignment_copies_all_twelve_elements)
 {
     const HomMatrix source{{0.0, 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0}, {9.0, 10.0, 11.0}};
-    auto destination = test::Pattern<HomMatrix>();
+    auto destination = test::Untouched<HomMatrix>();
     destination = source;
-    EXPECT_TRUE(test::HasSameBits(destination, source));
+    EXPECT_TRUE(test::SameBits(destination, source));
 }
 
 TEST(MatrixTransX, moves_along_x_without_turning)
@@ -241,7 +241,7 @@ TEST(PoseDiff, of_any_other_flag_is_in_the_frame_of_the_first_pose)
     const Pose expected = PoseDiff(kFirst, kSecond, kInFrameOfFirst);
     for (const std::int32_t flag : {0, 2, -2, 255, INT32_MAX, INT32_MIN}) {
         SCOPED_TRACE(flag);
-        EXPECT_TRUE(test::HasSameBits(PoseDiff(kFirst, kSecond, flag), expected));
+        EXPECT_TRUE(test::SameBits(PoseDiff(kFirst, kSecond, flag), expected));
     }
 }
 

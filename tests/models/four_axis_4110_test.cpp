@@ -2,23 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "models/four_axis_4110_model.h"
 #include "models/four_axis_model.h"
 #include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
-
-template <class Model>
-Model Initialised(std::uint32_t type, const NaiveArm& arm)
-{
-    Model model;
-    const KineKinematicParam param = ParamOf(arm);
-    EXPECT_EQ(model.InitModel(type, &param), KINE_OK);
-    return model;
-}
 
 FourAxis4110Model ModelOf(const NaiveArm& arm) { return Initialised<FourAxis4110Model>(4110, arm); }
 
@@ -140,7 +131,7 @@ TEST(FourAxis4110, whole_turns_beyond_the_integers_are_counted_in_double)
         EXPECT_EQ(config.Cfg3, side > 0 ? INT32_MAX : INT32_MIN);
         EXPECT_LE(std::fabs(q.axis[1]), kHalfTurn + 1e-4);
     }
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     Joints q = JointsOf(nan, nan, nan, nan);
     const KineArmConfig config = model.GetArmConfig(q);
     EXPECT_EQ(config.Cfg1, -1);

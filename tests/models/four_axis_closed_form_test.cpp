@@ -2,16 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <optional>
 
 #include "models/four_axis_inverse.h"
 #include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 FourAxisSeed MarkedSeed() { return {91.0, 92.0, 93.0, 94.0}; }
 
@@ -49,8 +47,8 @@ TEST(FourAxisClosedForm, ignores_tilts_and_tool_angles_b_and_c)
     const Pose target{500.0, 200.0, 30.0, 0.7, 1.0, -1.0};
     FourAxisSeed flat{}, tilted{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf({}), target, {10, 20, 5, 0.3, 0.0, 0.0}, 1, flat), KINE_OK);
-    const Pose flatTarget{500.0, 200.0, 30.0, 0.7, kNaN, kNaN};
-    ASSERT_EQ(FourAxisClosedForm(BlockOf(SteepArm()), flatTarget, {10, 20, 5, 0.3, kNaN, kNaN}, 1, tilted),
+    const Pose flatTarget{500.0, 200.0, 30.0, 0.7, kNan, kNan};
+    ASSERT_EQ(FourAxisClosedForm(BlockOf(SteepArm()), flatTarget, {10, 20, 5, 0.3, kNan, kNan}, 1, tilted),
               KINE_OK);
     EXPECT_EQ(flat.q1, tilted.q1);
     EXPECT_EQ(flat.elbow, tilted.elbow);
@@ -73,7 +71,7 @@ TEST(FourAxisClosedForm, the_posture_is_tested_before_any_geometry)
     const FourAxisParams params = BlockOf({});
     FourAxisSeed seed{};
     EXPECT_EQ(FourAxisClosedForm(params, {9000, 0, 0, 0, 0, 0}, {}, 0, seed), KINE_ERR_CONFIG);
-    EXPECT_EQ(FourAxisClosedForm(params, {kNaN, 0, 0, 0, 0, 0}, {}, 0, seed), KINE_ERR_CONFIG);
+    EXPECT_EQ(FourAxisClosedForm(params, {kNan, 0, 0, 0, 0, 0}, {}, 0, seed), KINE_ERR_CONFIG);
     EXPECT_EQ(FourAxisClosedForm(params, {9000, 0, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);
 }
 
@@ -184,8 +182,8 @@ TEST(FourAxisClosedForm, the_flange_point_is_the_target_less_the_turned_tool)
 TEST(FourAxisClosedForm, a_target_that_is_not_a_number_is_0x6094)
 {
     const FourAxisParams params = BlockOf({});
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {kNaN, inf, -inf}) {
+    const double inf = kInf;
+    for (const double bad : {kNan, inf, -inf}) {
         FourAxisSeed seed = MarkedSeed();
         EXPECT_EQ(FourAxisClosedForm(params, {bad, 0, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);
         EXPECT_EQ(FourAxisClosedForm(params, {500, bad, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);

@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "models/four_axis_geometry.h"
 #include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
@@ -118,7 +118,7 @@ TEST(FourAxisForward, of_the_tool_only_position_and_a_count)
 {
     const FourAxisParams params = BlockOf(SteepArm());
     const FourAngles q{0.4, -0.9, 11.0, 2.0};
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     const Pose plain = FourAxisToolPose(params, q, {10, 20, 30, 0.5, 0.0, 0.0});
     const Pose tipped = FourAxisToolPose(params, q, {10, 20, 30, 0.5, 1.1, -2.2});
     const Pose broken = FourAxisToolPose(params, q, {10, 20, 30, 0.5, nan, nan});
@@ -155,8 +155,7 @@ TEST(FourAxisForward, planar_pose_does_not_look_at_axis_4)
 {
     const FourAxisParams params = BlockOf(SteepArm());
     const Pose first = FourAxisPlanarPose(params, {0.4, -0.9, 11.0, 2.0});
-    const Pose second =
-        FourAxisPlanarPose(params, {0.4, -0.9, 11.0, std::numeric_limits<double>::quiet_NaN()});
+    const Pose second = FourAxisPlanarPose(params, {0.4, -0.9, 11.0, kNan});
     EXPECT_EQ(first.x, second.x);
     EXPECT_EQ(first.y, second.y);
     EXPECT_EQ(first.a, second.a);
@@ -165,7 +164,7 @@ TEST(FourAxisForward, planar_pose_does_not_look_at_axis_4)
 TEST(FourAxisForward, not_a_number_is_passed_on)
 {
     const FourAxisParams params = BlockOf({});
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {nan, 0.1, 0.2, 0.3}, {}).x));
     EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, nan, 0.2, 0.3}, {}).y));
     EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, nan, 0.3}, {}).z));

@@ -4,20 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
 
-FourAxisModel ModelOf(const NaiveArm& arm)
-{
-    FourAxisModel model;
-    const KineKinematicParam param = ParamOf(arm);
-    EXPECT_EQ(model.InitModel(4, &param), KINE_OK);
-    return model;
-}
+FourAxisModel ModelOf(const NaiveArm& arm) { return Initialised<FourAxisModel>(4, arm); }
 
 TEST(FourAxisModel, serves_arm_type_4_only)
 {
@@ -44,7 +38,7 @@ TEST(FourAxisModel, forward_reads_the_first_four_axes_and_changes_none)
     const FourAxisModel model = ModelOf(SteepArm());
     Joints q = JointsOf(0.3, -0.7, 12.0, 2.0);
     Joints marked = q;
-    for (std::size_t i = 4; i < 8; ++i) marked.axis[i] = std::numeric_limits<double>::quiet_NaN();
+    for (std::size_t i = 4; i < 8; ++i) marked.axis[i] = kNan;
     marked.extAxis.fill(5.0);
     const Pose tool{10, -20, 30, 0.4, 0.0, 0.0};
     const Pose plain = model.ForwardKinematics(q, BlockWithTool(tool));
@@ -146,7 +140,7 @@ struct Failure
 TEST(FourAxisModel, every_failure_has_its_code_and_writes_nothing)
 {
     const FourAxisModel model = ModelOf({});
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     const Failure failures[] = {
         {{500, 0, 0, 0, 0, 0}, {0, 0, 0, 0}, KINE_ERR_CONFIG},
         {{500, 0, 0, 0, 0, 0}, {2, 0, 0, 0}, KINE_ERR_CONFIG},
@@ -223,7 +217,7 @@ TEST(FourAxisModel, a_tiny_arm_is_0x6095_when_it_needs_refining)
 TEST(FourAxisModel, of_the_target_only_position_and_a_count)
 {
     const FourAxisModel model = ModelOf(SteepArm());
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     Joints plain{}, other{};
     ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, 0, 0}, {}, {1, 0, 0, 0}, plain), KINE_OK);
     ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, nan, 2.0}, {}, {1, 0, 0, 0}, other), KINE_OK);

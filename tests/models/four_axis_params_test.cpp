@@ -5,16 +5,15 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 #include "support/guarded_memory.h"
 #include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
 
 constexpr double kBound = 1e-5;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 FourAxisParams Filled()
 {
@@ -122,15 +121,15 @@ TEST(FourAxisParams, each_length_just_below_its_bound_is_0x6000)
 TEST(FourAxisParams, a_length_that_is_not_a_number_passes)
 {
     // "Below the bound" is false for NaN.
-    EXPECT_EQ(InitWith(kNaN, 1.0, 1.0), KINE_OK);
-    EXPECT_EQ(InitWith(1.0, kNaN, 1.0), KINE_OK);
-    EXPECT_EQ(InitWith(1.0, 1.0, kNaN), KINE_OK);
-    EXPECT_EQ(InitWith(kNaN, 0.0, 1.0), KINE_ERR_MODEL_PARAM);
+    EXPECT_EQ(InitWith(kNan, 1.0, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, kNan, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, 1.0, kNan), KINE_OK);
+    EXPECT_EQ(InitWith(kNan, 0.0, 1.0), KINE_ERR_MODEL_PARAM);
 }
 
 TEST(FourAxisParams, the_height_may_be_anything)
 {
-    for (const double z0 : {-300.0, 0.0, 1e300, kNaN}) {
+    for (const double z0 : {-300.0, 0.0, 1e300, kNan}) {
         NaiveArm arm;
         arm.z0 = z0;
         const KineKinematicParam param = ParamOf(arm);

@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "models/four_axis_geometry.h"
 #include "models/four_axis_inverse.h"
 #include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
@@ -152,7 +152,7 @@ TEST(FourAxisRefine, a_target_already_met_needs_no_jacobian)
 
 TEST(FourAxisRefine, an_arm_that_is_not_a_number_is_0x6095)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double nan = kNan;
     NaiveArm arm;
     arm.tiltX1 = nan;
     FourAngles q{0.3, 0.9, 0.0, 0.4};
@@ -169,8 +169,8 @@ TEST(WriteFourAxes, writes_four_axes_and_four_zeros)
 
 TEST(WriteFourAxes, an_axis_that_is_not_finite_is_0x6094_and_writes_nothing)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {inf, -inf, std::numeric_limits<double>::quiet_NaN()}) {
+    const double inf = kInf;
+    for (const double bad : {inf, -inf, kNan}) {
         for (std::size_t i = 0; i < 4; ++i) {
             FourAngles q{1.0, 2.0, 3.0, 4.0};
             q[i] = bad;

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "models/four_axis_4110_model.h"
 #include "models/four_axis_geometry.h"
 #include "models/four_axis_model.h"
 #include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
@@ -55,9 +55,8 @@ TEST(FourAxisSingularity, any_other_kind_is_never_singular)
 
 TEST(FourAxisSingularity, not_a_number_and_infinity_are_not_singular)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {inf, -inf, std::numeric_limits<double>::quiet_NaN()})
-        EXPECT_FALSE(IsSingular(bad, 0));
+    const double inf = kInf;
+    for (const double bad : {inf, -inf, kNan}) EXPECT_FALSE(IsSingular(bad, 0));
 }
 
 TEST(FourAxisSingularity, half_turns_beyond_the_integers_are_counted_in_double)

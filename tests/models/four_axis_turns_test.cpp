@@ -9,13 +9,7 @@
 namespace kine::test {
 namespace {
 
-FourAxisModel ModelOf(const NaiveArm& arm)
-{
-    FourAxisModel model;
-    const KineKinematicParam param = ParamOf(arm);
-    EXPECT_EQ(model.InitModel(4, &param), KINE_OK);
-    return model;
-}
+FourAxisModel ModelOf(const NaiveArm& arm) { return Initialised<FourAxisModel>(4, arm); }
 
 // An arm without tilts with axis 1 at 0 and the elbow at 90 degrees, its flange heading such that axis 4 is
 // rawDeg before any turn is selected.

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "models/quadrant.h"
+#include "support/numbers.h"
 #include "support/plain_matrix.h"
 
 namespace kine::test {
@@ -117,8 +117,8 @@ TEST(FourAxisWindow, the_edge_above_zero_has_no_bias)
 
 TEST(FourAxisWindow, an_angle_that_is_not_finite_is_refused)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {inf, -inf, std::numeric_limits<double>::quiet_NaN(), 1e300, -1e300}) {
+    const double inf = kInf;
+    for (const double bad : {inf, -inf, kNan, 1e300, -1e300}) {
         for (const std::int32_t turn : {0, 5, -1000000, 1000000}) {
             double angle = bad;
             EXPECT_FALSE(QuadrantWindow(angle, turn, kBias4)) << bad;

@@ -153,7 +153,7 @@ TEST(SixAxisFrame5Pose, is_the_same_for_any_joint_6)
     const Pose expected = SixAxisFrame5Pose(params, {0.1, 0.2, 0.3, 0.4, 0.5, 0.0});
     for (const double q6 : {0.6, -3.0, 100.0}) {
         SCOPED_TRACE(q6);
-        EXPECT_TRUE(test::HasSameBits(SixAxisFrame5Pose(params, {0.1, 0.2, 0.3, 0.4, 0.5, q6}), expected));
+        EXPECT_TRUE(test::SameBits(SixAxisFrame5Pose(params, {0.1, 0.2, 0.3, 0.4, 0.5, q6}), expected));
     }
 }
 
@@ -219,7 +219,7 @@ TEST(SixAxisToolPose, is_unaffected_by_the_lateral_offset)
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
     const Pose expected = SixAxisToolPose(ParamsOf(param), q, NoTool());
     param.SixAxis.lateralOffset = kNan;
-    EXPECT_TRUE(test::HasSameBits(SixAxisToolPose(ParamsOf(param), q, NoTool()), expected));
+    EXPECT_TRUE(test::SameBits(SixAxisToolPose(ParamsOf(param), q, NoTool()), expected));
 }
 
 TEST(SixAxisToolPose, passes_nan_and_infinity_on)

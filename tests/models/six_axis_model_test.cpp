@@ -22,7 +22,7 @@ SixAxisModel ModelOf(const KineKinematicParam& param)
 // Axes 7 and 8 and the external axes carry numbers that must neither be used nor changed.
 Joints JointsOf(const SixAngles& q)
 {
-    Joints joints = test::Pattern<Joints>();
+    Joints joints = test::Untouched<Joints>();
     for (std::size_t i = 0; i < 6; ++i) joints.axis[i] = q[i];
     return joints;
 }
@@ -82,19 +82,19 @@ TEST(SixAxisModel, limits_come_back_as_given_for_six_axes)
 {
     SixAxisModel model = ModelOf(test::WristArm());
     model.SetAxisLimits(NumberedLimits());
-    AxisLimits limits = test::Pattern<AxisLimits>();
+    AxisLimits limits = test::Untouched<AxisLimits>();
     model.GetAxisLimits(limits);
-    const AxisLimits untouched = test::Pattern<AxisLimits>();
+    const AxisLimits untouched = test::Untouched<AxisLimits>();
     for (std::size_t i = 0; i < 6; ++i) {
         EXPECT_EQ(limits.upper.axis[i], 10.0 + static_cast<double>(i));
         EXPECT_EQ(limits.lower.axis[i], -20.0 - static_cast<double>(i));
     }
     for (std::size_t i = 6; i < 8; ++i) {
-        EXPECT_TRUE(test::HasSameBits(limits.upper.axis[i], untouched.upper.axis[i]));
-        EXPECT_TRUE(test::HasSameBits(limits.lower.axis[i], untouched.lower.axis[i]));
+        EXPECT_TRUE(test::SameBits(limits.upper.axis[i], untouched.upper.axis[i]));
+        EXPECT_TRUE(test::SameBits(limits.lower.axis[i], untouched.lower.axis[i]));
     }
-    EXPECT_TRUE(test::HasSameBits(limits.upper.extAxis, untouched.upper.extAxis));
-    EXPECT_TRUE(test::HasSameBits(limits.lower.extAxis, untouched.lower.extAxis));
+    EXPECT_TRUE(test::SameBits(limits.upper.extAxis, untouched.upper.extAxis));
+    EXPECT_TRUE(test::SameBits(limits.lower.extAxis, untouched.lower.extAxis));
 }
 
 TEST(SixAxisModel, limits_are_stored_without_a_check)
@@ -107,7 +107,7 @@ TEST(SixAxisModel, limits_are_stored_without_a_check)
     model.SetAxisLimits(limits);
     AxisLimits stored{};
     model.GetAxisLimits(stored);
-    EXPECT_TRUE(test::HasSameBits(stored, limits));
+    EXPECT_TRUE(test::SameBits(stored, limits));
 }
 
 TEST(SixAxisModel, every_init_clears_the_limits)
@@ -135,7 +135,7 @@ TEST(SixAxisModel, limits_do_not_bound_any_operation)
     limits.upper.axis.fill(-50.0);
     limits.lower.axis.fill(-60.0);
     model.SetAxisLimits(limits);
-    EXPECT_TRUE(test::HasSameBits(model.ForwardKinematics(joints, {}), before));
+    EXPECT_TRUE(test::SameBits(model.ForwardKinematics(joints, {}), before));
     Joints solved{};
     EXPECT_EQ(model.InverseKinematics(before, {}, {0, 0, 0, 0}, solved), KINE_OK);
     EXPECT_NEAR(solved.axis[0], 0.3, 1e-9);
@@ -152,7 +152,7 @@ TEST(SixAxisModel, forward_operations_use_six_axes_and_change_no_joint)
     const test::RefAngles bent = test::RefBent(record, kSample, {});
     ExpectNear(PoseToMatrix(model.FlangePose(joints)),
                test::ToHom(test::NaiveSixAxisChain(record, bent).frame[5]), 1e-9);
-    EXPECT_TRUE(test::HasSameBits(joints, JointsOf(kSample)));
+    EXPECT_TRUE(test::SameBits(joints, JointsOf(kSample)));
 }
 
 TEST(SixAxisModel, configuration_and_singularity_use_six_axes_and_change_no_joint)
@@ -166,7 +166,7 @@ TEST(SixAxisModel, configuration_and_singularity_use_six_axes_and_change_no_join
     EXPECT_EQ(config.Cfg3, 4);
     EXPECT_EQ(config.Cfg4, 1);
     EXPECT_EQ(model.IsSingularity(joints, 0), 0U);
-    EXPECT_TRUE(test::HasSameBits(joints, JointsOf({2.0, -0.4, 0.5, -2.0, -0.7, 7.0})));
+    EXPECT_TRUE(test::SameBits(joints, JointsOf({2.0, -0.4, 0.5, -2.0, -0.7, 7.0})));
     joints.axis[4] = 0.0;
     EXPECT_EQ(model.IsSingularity(joints, 0), 4U);
     EXPECT_EQ(model.IsSingularity(joints, 1), 4U);
@@ -178,20 +178,20 @@ TEST(SixAxisModel, inverse_writes_eight_axes_and_no_external_axis)
 {
     const SixAxisModel model = ModelOf(test::WristArm());
     const Pose target = MatrixToPose(test::ToHom(test::RefFlange(test::WristArm().SixAxis, kSample)));
-    Joints joints = test::Pattern<Joints>();
+    Joints joints = test::Untouched<Joints>();
     ASSERT_EQ(model.InverseKinematics(target, {}, {0, 0, 0, 0}, joints), KINE_OK);
     for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(joints.axis[i], kSample[i], 1e-10);
     EXPECT_EQ(joints.axis[6], 0.0);
     EXPECT_EQ(joints.axis[7], 0.0);
-    EXPECT_TRUE(test::HasSameBits(joints.extAxis, test::Pattern<Joints>().extAxis));
+    EXPECT_TRUE(test::SameBits(joints.extAxis, test::Untouched<Joints>().extAxis));
 }
 
 TEST(SixAxisModel, inverse_that_fails_writes_nothing)
 {
     const SixAxisModel model = ModelOf(test::WristArm());
-    Joints joints = test::Pattern<Joints>();
+    Joints joints = test::Untouched<Joints>();
     EXPECT_EQ(model.InverseKinematics({9000.0, 0.0, 0.0, 0.1, 0.2, 0.3}, {}, {0, 0, 0, 0}, joints), 0x6097U);
-    EXPECT_TRUE(test::IsPattern(joints));
+    EXPECT_TRUE(test::IsUntouched(joints));
 }
 
 TEST(SixAxisModel, models_do_not_share_their_block)

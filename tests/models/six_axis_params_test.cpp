@@ -53,17 +53,17 @@ TEST(InitSixAxisParams, of_another_arm_type_is_0x6000_and_changes_nothing)
     const KineKinematicParam param = SampleRecord();
     for (const std::uint32_t armType : {0U, 4U, 5U, 7U, 4110U, 0xFFFFFFFFU}) {
         SCOPED_TRACE(armType);
-        auto params = test::Pattern<SixAxisParams>();
+        auto params = test::Untouched<SixAxisParams>();
         EXPECT_EQ(InitSixAxisParams(armType, &param, params), 0x6000U);
-        EXPECT_TRUE(test::IsPattern(params));
+        EXPECT_TRUE(test::IsUntouched(params));
     }
 }
 
 TEST(InitSixAxisParams, of_a_null_record_is_0x6000_and_changes_nothing)
 {
-    auto params = test::Pattern<SixAxisParams>();
+    auto params = test::Untouched<SixAxisParams>();
     EXPECT_EQ(InitSixAxisParams(6, nullptr, params), 0x6000U);
-    EXPECT_TRUE(test::IsPattern(params));
+    EXPECT_TRUE(test::IsUntouched(params));
 }
 
 TEST(InitSixAxisParams, reads_the_lengths_at_their_offsets)
@@ -148,7 +148,7 @@ TEST(InitSixAxisParams, zero_stiffness_is_infinite_compliance)
 TEST(InitSixAxisParams, clears_the_axis_limits)
 {
     const KineKinematicParam param = SampleRecord();
-    auto params = test::Pattern<SixAxisParams>();
+    auto params = test::Untouched<SixAxisParams>();
     EXPECT_EQ(InitSixAxisParams(6, &param, params), KINE_OK);
     for (std::size_t i = 0; i < 6; ++i) {
         EXPECT_EQ(params.upperLimit[i], 0.0);
@@ -210,7 +210,7 @@ TEST(InitSixAxisParams, refused_lengths_stay_stored_and_the_rest_is_zero)
                        &KineSixAxisParam::d4, &KineSixAxisParam::d6}) {
         KineKinematicParam param = SampleRecord();
         param.SixAxis.*field = -9.0;
-        auto params = test::Pattern<SixAxisParams>();
+        auto params = test::Untouched<SixAxisParams>();
         EXPECT_EQ(InitSixAxisParams(6, &param, params), 0x6000U);
 
         SixAxisParams expected{};
@@ -221,7 +221,7 @@ TEST(InitSixAxisParams, refused_lengths_stay_stored_and_the_rest_is_zero)
         expected.d6 = param.SixAxis.d6;
         expected.d1 = 310.0;
         expected.lateralOffset = -7.0;
-        EXPECT_TRUE(test::HasSameBits(params, expected));
+        EXPECT_TRUE(test::SameBits(params, expected));
     }
 }
 
@@ -234,13 +234,13 @@ TEST(InitSixAxisParams, ignores_what_the_gaps_hold)
         for (const Gap& gap : kGaps) {
             for (std::size_t at = gap.begin; at < gap.end; at += sizeof filling) PutAt(param, at, filling);
         }
-        EXPECT_TRUE(test::HasSameBits(ParamsOf(param), expected));
+        EXPECT_TRUE(test::SameBits(ParamsOf(param), expected));
     }
     KineKinematicParam param = SampleRecord();
     for (const Gap& gap : kGaps) {
         std::memset(reinterpret_cast<unsigned char*>(&param) + gap.begin, 0xFF, gap.end - gap.begin);
     }
-    EXPECT_TRUE(test::HasSameBits(ParamsOf(param), expected));
+    EXPECT_TRUE(test::SameBits(ParamsOf(param), expected));
 }
 
 TEST(InitSixAxisParams, depends_on_every_byte_range_outside_the_gaps)
@@ -251,7 +251,7 @@ TEST(InitSixAxisParams, depends_on_every_byte_range_outside_the_gaps)
         KineKinematicParam param = SampleRecord();
         PutAt(param, at, 12345.0);
         SCOPED_TRACE(at);
-        EXPECT_EQ(test::HasSameBits(ParamsOf(param), expected), isGap);
+        EXPECT_EQ(test::SameBits(ParamsOf(param), expected), isGap);
     }
 }
 
@@ -260,7 +260,7 @@ TEST(InitSixAxisParams, does_not_change_the_record)
     const KineKinematicParam before = SampleRecord();
     const KineKinematicParam param = before;
     static_cast<void>(ParamsOf(param));
-    EXPECT_TRUE(test::HasSameBits(param, before));
+    EXPECT_TRUE(test::SameBits(param, before));
 }
 
 #ifdef KINE_TEST_ADDRESS_CHECKS
@@ -277,7 +277,7 @@ TEST(InitSixAxisParams, reads_no_byte_of_the_gaps)
         code = InitSixAxisParams(6, &param, params);
     }
     EXPECT_EQ(code, KINE_OK);
-    EXPECT_TRUE(test::HasSameBits(params, ParamsOf(SampleRecord())));
+    EXPECT_TRUE(test::SameBits(params, ParamsOf(SampleRecord())));
 }
 #endif
 
@@ -289,7 +289,7 @@ TEST(InitSixAxisParams, touches_no_byte_before_or_behind_the_record)
         const test::GuardedBytes record(&source, kRecordSize, guard);
         SixAxisParams params{};
         EXPECT_EQ(InitSixAxisParams(6, record.As<KineKinematicParam>(), params), KINE_OK);
-        EXPECT_TRUE(test::HasSameBits(params, expected));
+        EXPECT_TRUE(test::SameBits(params, expected));
     }
 }
 

@@ -113,4 +113,10 @@ inline std::string ItemCountLineFor(int count)
     return "IsLegalExtAxisParam:index:-1," + std::to_string(count) + "\n";
 }
 
+inline void ExpectCounts(int units, int items)
+{
+    EXPECT_EQ(UnitCountLine(), UnitCountLineFor(units));
+    EXPECT_EQ(ItemCountLine(), ItemCountLineFor(items));
+}
+
 }  // namespace kine::test

@@ -2,6 +2,8 @@
 // positions, complex numbers for derivatives. Angles in rad, tilts in degrees as in the parameter record.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cmath>
 #include <complex>
@@ -127,6 +129,16 @@ NaiveState<T> NaiveForward(const NaiveArm& arm, const std::array<T, 4>& q, const
     }
     state.tool = Product(hand, AboutZ(T(tool.a)));
     return state;
+}
+
+// A model of its class, initialised for an arm type.
+template <class Model>
+Model Initialised(std::uint32_t type, const NaiveArm& arm)
+{
+    Model model;
+    const KineKinematicParam param = ParamOf(arm);
+    EXPECT_EQ(model.InitModel(type, &param), KINE_OK);
+    return model;
 }
 
 inline ToolBlock BlockWithTool(const Pose& tool)
