@@ -297,8 +297,7 @@ TEST(hostile_records, nasty_number_in_every_place)
     SeededRandom random(4172);
     std::set<KineResult> seen;
     const std::string printed = PrintedBy([&] {
-        const double inf = kInf;
-        for (const double value : {kNan, inf, -inf, 1e308, -1e308, 1e17}) {
+        for (const double value : {kNan, kInf, -kInf, 1e308, -1e308, 1e17}) {
             const auto sweep = [&]<class Record>(Record Request::*record) {
                 for (std::size_t place = 0; place < sizeof(Record) / 8; ++place) {
                     SCOPED_TRACE(::testing::Message()
@@ -328,8 +327,7 @@ TEST(hostile_records, nasty_number_in_every_place_of_the_arm)
     SeededRandom random(4173);
     std::set<KineResult> seen;
     static_cast<void>(PrintedBy([&] {
-        const double inf = kInf;
-        for (const double value : {kNan, inf, -inf, 1e308, -1e308, 0.0}) {
+        for (const double value : {kNan, kInf, -kInf, 1e308, -1e308, 0.0}) {
             for (std::size_t place = 0; place < sizeof(KineKinematicParam) / 8; ++place) {
                 SCOPED_TRACE(::testing::Message() << value << " at " << 8 * place);
                 KineKinematicParam arm = CalibratedWristArm();

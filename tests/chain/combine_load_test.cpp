@@ -13,8 +13,6 @@ using namespace kine::test;
 
 namespace {
 
-const double kInfinity = kInf;
-
 Load MakeInternalLoad(double mass, const Vec3& centre, const Vec3& inertia = {})
 {
     Load load{};
@@ -157,8 +155,8 @@ TEST(CombineLoad, nan_mass_makes_mass_and_centre_nan)
 // 1 / infinity is 0, times infinity is NaN.
 TEST(CombineLoad, infinite_mass_has_no_centre)
 {
-    const CombinedLoad load = CombineLoad(MakeInternalLoad(kInfinity, {10.0, 20.0, 30.0}), kPayload, kFrame);
-    EXPECT_EQ(load.mass, kInfinity);
+    const CombinedLoad load = CombineLoad(MakeInternalLoad(kInf, {10.0, 20.0, 30.0}), kPayload, kFrame);
+    EXPECT_EQ(load.mass, kInf);
     EXPECT_TRUE(std::isnan(load.centre.x));
 }
 

@@ -260,9 +260,8 @@ TEST(WorldToFrame, rotary_axis_exactly_at_the_origin_is_refused)
 
 TEST(WorldToFrame, nan_position_of_an_axis_is_not_the_origin)
 {
-    const double nan = kNan;
     MechUnitBlock units = ThreeUnits();
-    units.units[1].axisFrame[0].t = {nan, 0.0, 0.0};
+    units.units[1].axisFrame[0].t = {kNan, 0.0, 0.0};
     PoseRecord result{};
     EXPECT_EQ(WorldToFrame(units, SomeRecord(), {3, 1, kFrame}, result), 0u);
 }

@@ -214,3 +214,17 @@ TEST(InvertFrame, inverts_the_frame_and_keeps_the_rest)
     EXPECT_NEAR(inverted.frame.c, 0.0, 1e-14);
     ExpectKeptExceptFrame(inverted, record);
 }
+
+TEST(InvertFrame, of_any_record_is_the_inverse_matrix_and_undoes_itself)
+{
+    SeededRandom random(8002);
+    for (int i = 0; i < 500; ++i) {
+        SCOPED_TRACE(i);
+        PoseRecord record = SomeRecord();
+        record.frame = RandomPose(random, 900.0);
+        const PoseRecord inverted = InvertFrame(record);
+        EXPECT_TRUE(PoseIs(inverted.frame, RigidInverse(MatrixOf(record.frame)), 1e-9));
+        EXPECT_TRUE(PoseIs(InvertFrame(inverted).frame, MatrixOf(record.frame), 1e-9));
+        ExpectKeptExceptFrame(inverted, record);
+    }
+}

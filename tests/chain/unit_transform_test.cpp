@@ -131,15 +131,20 @@ TEST(UnitTransform, random_cells_agree_with_plain_matrices)
         const Pose first = RandomPose(random, 2000.0);
         const Pose second = RandomPose(random, 500.0);
         const FrameDescriptor descriptor{3, 0, RandomPose(random, 300.0)};
+        const FrameDescriptor fixed{2, 0, descriptor.frame};
         PoseRecord record{};
         record.frame = RandomPose(random, 400.0);
         for (double& value : record.extAxis) value = random.Uniform(-720.0, 720.0);
+        PoseRecord result{};
+        ASSERT_EQ(FrameToWorld({}, record, fixed, result), 0u);
+        EXPECT_TRUE(PoseIs(result.frame, MatrixOf(fixed.frame) * MatrixOf(record.frame), 1e-8));
+        ASSERT_EQ(WorldToFrame({}, record, fixed, result), 0u);
+        EXPECT_TRUE(PoseIs(result.frame, RigidInverse(MatrixOf(fixed.frame)) * MatrixOf(record.frame), 1e-8));
         for (const std::int32_t kind : kKinds) {
             SCOPED_TRACE(kind);
             const MechUnitBlock units = OneUnit(MakeUnit(kind, first, second, 2, 5));
             const Mat4 worldFromFrame = NaiveUnit(kind, first, second, record.extAxis[2], record.extAxis[5]) *
                                         MatrixOf(descriptor.frame);
-            PoseRecord result{};
             ASSERT_EQ(FrameToWorld(units, record, descriptor, result), 0u);
             EXPECT_TRUE(PoseIs(result.frame, worldFromFrame * MatrixOf(record.frame), 1e-8));
             ASSERT_EQ(WorldToFrame(units, record, descriptor, result), 0u);

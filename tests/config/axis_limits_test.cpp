@@ -92,13 +92,12 @@ TEST(SetAxisLimits, each_empty_range_is_opened_alone)
 
 TEST(SetAxisLimits, narrow_and_huge_ranges_are_kept)
 {
-    const double infinity = kInf;
     Store store = ThreeArms(kSix);
     AxisLimits limits = OpenLimits(2.0);
     limits.lower.axis[0] = 0.25;
     limits.upper.axis[0] = std::nextafter(0.25, 1.0);
-    limits.lower.axis[1] = -infinity;
-    limits.upper.axis[1] = infinity;
+    limits.lower.axis[1] = -kInf;
+    limits.upper.axis[1] = kInf;
     limits.lower.axis[2] = -5000.0;
     limits.upper.axis[2] = -4000.0;
     const AxisLimits before = limits;

@@ -131,8 +131,7 @@ TEST(FourAxis4110, whole_turns_beyond_the_integers_are_counted_in_double)
         EXPECT_EQ(config.Cfg3, side > 0 ? INT32_MAX : INT32_MIN);
         EXPECT_LE(std::fabs(q.axis[1]), kHalfTurn + 1e-4);
     }
-    const double nan = kNan;
-    Joints q = JointsOf(nan, nan, nan, nan);
+    Joints q = JointsOf(kNan, kNan, kNan, kNan);
     const KineArmConfig config = model.GetArmConfig(q);
     EXPECT_EQ(config.Cfg1, -1);
     EXPECT_EQ(config.Cfg2, INT32_MIN);

@@ -182,8 +182,7 @@ TEST(FourAxisClosedForm, the_flange_point_is_the_target_less_the_turned_tool)
 TEST(FourAxisClosedForm, a_target_that_is_not_a_number_is_0x6094)
 {
     const FourAxisParams params = BlockOf({});
-    const double inf = kInf;
-    for (const double bad : {kNan, inf, -inf}) {
+    for (const double bad : {kNan, kInf, -kInf}) {
         FourAxisSeed seed = MarkedSeed();
         EXPECT_EQ(FourAxisClosedForm(params, {bad, 0, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);
         EXPECT_EQ(FourAxisClosedForm(params, {500, bad, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);

@@ -118,10 +118,9 @@ TEST(FourAxisForward, of_the_tool_only_position_and_a_count)
 {
     const FourAxisParams params = BlockOf(SteepArm());
     const FourAngles q{0.4, -0.9, 11.0, 2.0};
-    const double nan = kNan;
     const Pose plain = FourAxisToolPose(params, q, {10, 20, 30, 0.5, 0.0, 0.0});
     const Pose tipped = FourAxisToolPose(params, q, {10, 20, 30, 0.5, 1.1, -2.2});
-    const Pose broken = FourAxisToolPose(params, q, {10, 20, 30, 0.5, nan, nan});
+    const Pose broken = FourAxisToolPose(params, q, {10, 20, 30, 0.5, kNan, kNan});
     for (const Pose& other : {tipped, broken}) {
         EXPECT_EQ(plain.x, other.x);
         EXPECT_EQ(plain.y, other.y);
@@ -164,13 +163,12 @@ TEST(FourAxisForward, planar_pose_does_not_look_at_axis_4)
 TEST(FourAxisForward, not_a_number_is_passed_on)
 {
     const FourAxisParams params = BlockOf({});
-    const double nan = kNan;
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {nan, 0.1, 0.2, 0.3}, {}).x));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, nan, 0.2, 0.3}, {}).y));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, nan, 0.3}, {}).z));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, nan}, {}).a));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, 0.4}, {nan, 0, 0, 0, 0, 0}).x));
-    EXPECT_TRUE(std::isnan(FourAxisPlanarPose(params, {nan, 0.1, 0.2, 0.3}).a));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {kNan, 0.1, 0.2, 0.3}, {}).x));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, kNan, 0.2, 0.3}, {}).y));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, kNan, 0.3}, {}).z));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, kNan}, {}).a));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, 0.4}, {kNan, 0, 0, 0, 0, 0}).x));
+    EXPECT_TRUE(std::isnan(FourAxisPlanarPose(params, {kNan, 0.1, 0.2, 0.3}).a));
 }
 
 }  // namespace

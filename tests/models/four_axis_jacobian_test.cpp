@@ -177,12 +177,11 @@ TEST(Jacobian4Inverse, of_a_jacobian_times_it_is_the_identity)
 
 TEST(Jacobian4Inverse, the_two_structural_zeros_are_never_read)
 {
-    const double nan = kNan;
     Matrix4 a{{{2, 1, 0.5, 1}, {-1, 3, 0.25, 2}, {0, 1, 4, -1}, {1, 1, 0, 5}}};
     Matrix4 clean{};
     ASSERT_EQ(Jacobian4Inverse(a, clean), KINE_OK);
-    a.m[2][0] = nan;
-    a.m[3][2] = nan;
+    a.m[2][0] = kNan;
+    a.m[3][2] = kNan;
     Matrix4 marked{};
     ASSERT_EQ(Jacobian4Inverse(a, marked), KINE_OK);
     for (std::size_t r = 0; r < 4; ++r)
@@ -211,8 +210,7 @@ TEST(Jacobian4Inverse, a_determinant_exactly_at_the_bound_passes)
 
 TEST(Jacobian4Inverse, a_determinant_below_the_bound_is_0x6095_and_writes_nothing)
 {
-    const double nan = kNan;
-    for (const double det : {std::nextafter(kMinDet, 0.0), -std::nextafter(kMinDet, 0.0), 0.0, -0.0, nan}) {
+    for (const double det : {std::nextafter(kMinDet, 0.0), -std::nextafter(kMinDet, 0.0), 0.0, -0.0, kNan}) {
         Matrix4 inverse = Marked();
         EXPECT_EQ(Jacobian4Inverse(WithDeterminant(det), inverse), KINE_ERR_SINGULAR) << det;
         for (const auto& row : inverse.m)

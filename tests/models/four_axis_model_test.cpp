@@ -140,7 +140,6 @@ struct Failure
 TEST(FourAxisModel, every_failure_has_its_code_and_writes_nothing)
 {
     const FourAxisModel model = ModelOf({});
-    const double nan = kNan;
     const Failure failures[] = {
         {{500, 0, 0, 0, 0, 0}, {0, 0, 0, 0}, KINE_ERR_CONFIG},
         {{500, 0, 0, 0, 0, 0}, {2, 0, 0, 0}, KINE_ERR_CONFIG},
@@ -150,7 +149,7 @@ TEST(FourAxisModel, every_failure_has_its_code_and_writes_nothing)
         {{800, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_SINGULAR},
         {{0, -800, 0, 0, 0, 0}, {-1, 0, 0, 0}, KINE_ERR_IK_SINGULAR},
         {{50, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_SINGULAR},  // folded counts as stretched
-        {{nan, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_REACH},
+        {{kNan, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_REACH},
         // Order: turn number and posture before reach.
         {{801, 0, 0, 0, 0, 0}, {0, 0, 0, 0}, KINE_ERR_CONFIG},
         {{801, 0, 0, 0, 0, 0}, {1, 0, 0, 2000000}, KINE_ERR_CONFIG},
@@ -217,10 +216,9 @@ TEST(FourAxisModel, a_tiny_arm_is_0x6095_when_it_needs_refining)
 TEST(FourAxisModel, of_the_target_only_position_and_a_count)
 {
     const FourAxisModel model = ModelOf(SteepArm());
-    const double nan = kNan;
     Joints plain{}, other{};
     ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, 0, 0}, {}, {1, 0, 0, 0}, plain), KINE_OK);
-    ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, nan, 2.0}, {}, {1, 0, 0, 0}, other), KINE_OK);
+    ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, kNan, 2.0}, {}, {1, 0, 0, 0}, other), KINE_OK);
     EXPECT_EQ(plain.axis, other.axis);
 }
 

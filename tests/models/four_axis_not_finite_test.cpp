@@ -74,10 +74,9 @@ TEST(FourAxisNotFinite, a_bad_height_ends_in_a_code)
 
 TEST(FourAxisNotFinite, a_length_that_is_not_a_number_is_0x6094)
 {
-    const double nan = kNan;
     for (double NaiveArm::*length : {&NaiveArm::l1, &NaiveArm::l2}) {
         NaiveArm arm;
-        arm.*length = nan;
+        arm.*length = kNan;
         ExpectCode(Initialised<FourAxisModel>(4, arm), {500, 200, 90, 0.3, 0, 0}, {}, KINE_ERR_IK_REACH);
         ExpectCode(Initialised<FourAxis4110Model>(4110, arm), {500, 200, 90, 0.3, 0, 0}, {},
                    KINE_ERR_IK_REACH);

@@ -152,9 +152,8 @@ TEST(FourAxisRefine, a_target_already_met_needs_no_jacobian)
 
 TEST(FourAxisRefine, an_arm_that_is_not_a_number_is_0x6095)
 {
-    const double nan = kNan;
     NaiveArm arm;
-    arm.tiltX1 = nan;
+    arm.tiltX1 = kNan;
     FourAngles q{0.3, 0.9, 0.0, 0.4};
     EXPECT_EQ(FourAxisRefine(BlockOf(arm), {500.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {}, q), KINE_ERR_SINGULAR);
 }
@@ -169,8 +168,7 @@ TEST(WriteFourAxes, writes_four_axes_and_four_zeros)
 
 TEST(WriteFourAxes, an_axis_that_is_not_finite_is_0x6094_and_writes_nothing)
 {
-    const double inf = kInf;
-    for (const double bad : {inf, -inf, kNan}) {
+    for (const double bad : {kInf, -kInf, kNan}) {
         for (std::size_t i = 0; i < 4; ++i) {
             FourAngles q{1.0, 2.0, 3.0, 4.0};
             q[i] = bad;

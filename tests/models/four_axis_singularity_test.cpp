@@ -55,8 +55,7 @@ TEST(FourAxisSingularity, any_other_kind_is_never_singular)
 
 TEST(FourAxisSingularity, not_a_number_and_infinity_are_not_singular)
 {
-    const double inf = kInf;
-    for (const double bad : {inf, -inf, kNan}) EXPECT_FALSE(IsSingular(bad, 0));
+    for (const double bad : {kInf, -kInf, kNan}) EXPECT_FALSE(IsSingular(bad, 0));
 }
 
 TEST(FourAxisSingularity, half_turns_beyond_the_integers_are_counted_in_double)

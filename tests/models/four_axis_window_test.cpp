@@ -117,8 +117,7 @@ TEST(FourAxisWindow, the_edge_above_zero_has_no_bias)
 
 TEST(FourAxisWindow, an_angle_that_is_not_finite_is_refused)
 {
-    const double inf = kInf;
-    for (const double bad : {inf, -inf, kNan, 1e300, -1e300}) {
+    for (const double bad : {kInf, -kInf, kNan, 1e300, -1e300}) {
         for (const std::int32_t turn : {0, 5, -1000000, 1000000}) {
             double angle = bad;
             EXPECT_FALSE(QuadrantWindow(angle, turn, kBias4)) << bad;

@@ -136,7 +136,8 @@ TEST(GravityDeflection, is_unaffected_by_what_only_the_calibrated_chain_has)
     const CombinedLoad load = RandomLoad(random);
     KineKinematicParam param = RandomGravityArm(random);
     Deflection before{};
-    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, before), KINE_OK);
+    DeflectionGradient gradientBefore{};
+    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, before, gradientBefore), KINE_OK);
     for (auto field : {&KineSixAxisParam::d1, &KineSixAxisParam::lateralOffset, &KineSixAxisParam::alpha1,
                        &KineSixAxisParam::alpha2, &KineSixAxisParam::alpha3, &KineSixAxisParam::alpha4,
                        &KineSixAxisParam::alpha5, &KineSixAxisParam::beta2, &KineSixAxisParam::d3,
@@ -144,8 +145,10 @@ TEST(GravityDeflection, is_unaffected_by_what_only_the_calibrated_chain_has)
         param.SixAxis.*field += 33.0;
     }
     Deflection after{};
-    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, after), KINE_OK);
+    DeflectionGradient gradientAfter{};
+    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, after, gradientAfter), KINE_OK);
     EXPECT_TRUE(test::SameBits(before, after));
+    EXPECT_TRUE(test::SameBits(gradientBefore, gradientAfter));
 }
 
 // One link coefficient of 1000 N mm at a time.
