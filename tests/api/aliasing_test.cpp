@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/guarded_memory.h"
 #include "support/sample_arms.h"

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/naive_arms.h"
 #include "support/numbers.h"

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/naive_arms.h"
 #include "support/numbers.h"

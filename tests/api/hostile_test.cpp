@@ -11,7 +11,7 @@
 #include <sstream>
 #include <string>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/guarded_memory.h"
 #include "support/numbers.h"

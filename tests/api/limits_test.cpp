@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/numbers.h"
 #include "support/records.h"
 #include "support/sample_arms.h"

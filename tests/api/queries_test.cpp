@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/numbers.h"
 #include "support/records.h"
 #include "support/sample_arms.h"

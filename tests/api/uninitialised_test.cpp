@@ -1,7 +1,7 @@
 // The setters of mechanical units before any initialisation: nothing in this process stores an arm type.
 #include <gtest/gtest.h>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 
 using namespace kine::test;

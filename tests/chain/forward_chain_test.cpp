@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "support/cells.h"
+#include "support/cell_plans.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 

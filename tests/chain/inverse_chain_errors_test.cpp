@@ -6,7 +6,7 @@
 #include <string>
 
 #include "chain/inverse_chain.h"
-#include "support/cells.h"
+#include "support/cell_plans.h"
 #include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
@@ -139,15 +139,7 @@ TEST(WobjToJoint, hold_conflict_stops_with_line_zero)
 
 TEST(WobjToJoint, unusable_unit_under_the_work_object_stops_with_line_two)
 {
-    Store badKind = MakeCell(kPlan);
-    badKind.mechUnits.units[2].unitKind = 0;
-    Store aboveCount = MakeCell(kPlan);
-    aboveCount.mechUnits.mechUnitCount = 1;
-    Store oneAxis = MakeCell(kPlan);
-    oneAxis.mechUnits.units[2].axisCount = 1;
-    Store badDriver = MakeCell(kPlan);
-    badDriver.mechUnits.units[2].axisParamIndex[1] = 6;
-    for (const Store& store : {badKind, aboveCount, oneAxis, badDriver}) {
+    for (const Store& store : CellsWithBadPositioner(kPlan)) {
         ExpectFailure(store, GoodRequest(), 0x6033u, "IK error 2:24627\n");
     }
     for (const std::int32_t unit : {-1, -128, 3, 127}) {
@@ -173,15 +165,7 @@ TEST(WobjToJoint, bad_mounting_stops_with_line_three)
         ExpectFailure(store, GoodRequest(), 0x6030u, "IK error 3:24624\n");
         ExpectFailure(store, StationaryToolRequest(), 0x6030u, "IK error 3:24624\n");
     }
-    Store badKind = MakeCell(kPlan);
-    badKind.mechUnits.units[1].unitKind = 4;
-    Store badUnit = MakeCell(kPlan);
-    badUnit.mounting.unit = 3;
-    Store noAxis = MakeCell(kPlan);
-    noAxis.mechUnits.units[1].axisCount = 0;
-    Store badDriver = MakeCell(kPlan);
-    badDriver.mechUnits.units[1].axisParamIndex[0] = 6;
-    for (const Store& store : {badKind, badUnit, noAxis, badDriver}) {
+    for (const Store& store : CellsWithBadCarrier(kPlan)) {
         ExpectFailure(store, GoodRequest(), 0x6031u, "IK error 3:24625\n");
     }
     Store atOrigin = MakeCell(kPlan);

@@ -143,8 +143,9 @@ TEST(UnitTransform, random_cells_agree_with_plain_matrices)
         for (const std::int32_t kind : kKinds) {
             SCOPED_TRACE(kind);
             const MechUnitBlock units = OneUnit(MakeUnit(kind, first, second, 2, 5));
-            const Mat4 worldFromFrame = NaiveUnit(kind, first, second, record.extAxis[2], record.extAxis[5]) *
-                                        MatrixOf(descriptor.frame);
+            const Mat4 worldFromFrame =
+                NaiveUnit(kind, MatrixOf(first), MatrixOf(second), record.extAxis[2], record.extAxis[5]) *
+                MatrixOf(descriptor.frame);
             ASSERT_EQ(FrameToWorld(units, record, descriptor, result), 0u);
             EXPECT_TRUE(PoseIs(result.frame, worldFromFrame * MatrixOf(record.frame), 1e-8));
             ASSERT_EQ(WorldToFrame(units, record, descriptor, result), 0u);

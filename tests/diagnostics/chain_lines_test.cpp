@@ -1,7 +1,7 @@
 // The numbered lines of the chains, byte for byte: one line per failing call.
 #include <gtest/gtest.h>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/naive_arms.h"
 #include "support/sample_arms.h"

@@ -1,5 +1,5 @@
-// The rigid arms as products of plain link matrices, straight from the parameter records. Joints in radians,
-// or in degrees where they come as a record.
+// The rigid arms and the mechanical units as products of plain matrices, straight from the parameter records.
+// Joints in radians, or in degrees where they come as a record.
 #pragma once
 
 #include <array>
@@ -50,6 +50,16 @@ inline Mat4 NaiveFourAxisFlange(const KineFourAxisParam& p, double q1, double el
 {
     return TurnZ(q1) * Shift(p.Link1Length, 0.0, 0.0) * TurnZ(elbow) * Shift(p.Link2Length, 0.0, 0.0) *
            Shift(0.0, 0.0, p.ZOffset + p.ScrewLead * screw / (2.0 * kHalfTurn)) * TurnZ(q4);
+}
+
+// World from the last axis of a mechanical unit, at values in mm or degrees. Kind 1 moves along X of the
+// first frame and is turned as the second is; kind 2 turns about Z of the first frame; kind 3 turns about Z
+// of both, the second riding on the first.
+inline Mat4 NaiveUnit(int kind, const Mat4& first, const Mat4& second, double value1, double value2)
+{
+    if (kind == 1) return first * Shift(value1, 0.0, 0.0) * RotationOf(second);
+    const Mat4 firstAxis = first * TurnZDeg(value1);
+    return kind == 2 ? firstAxis : firstAxis * second * TurnZDeg(value2);
 }
 
 }  // namespace kine::test
