@@ -150,7 +150,7 @@ TEST(Kine_WobjPosToJoint, solves_the_calibrated_arm_under_load)
     request.tool.TLoad = MakeLoad(8.0, 5.0, -10.0, 60.0);
     request.load = MakeLoad(12.0, -20.0, 10.0, 30.0);
     request.wobj = FixedWobj();
-    const Outcome forward = Perform(kForwardCalls[3], request);
+    const Outcome forward = Perform(kWobj, request);
     ASSERT_EQ(forward.code, KINE_OK);
     request.target = forward.pose;
     ExpectAxes(Solve(request), kJoints, 1e-9);

@@ -23,8 +23,8 @@ double RobotTravel()
     request.wobj = FixedWobj();
     request.joints = MakeJoints({5, 10, -20, 30, 40, 50});
     for (std::size_t i = 0; i < 6; ++i) request.joints.ExtAxis[i] = 100.0 * static_cast<double>(i + 1);
-    const Outcome base = Perform(kForwardCalls[0], request);
-    const Outcome world = Perform(kForwardCalls[2], request);
+    const Outcome base = Perform(kBase, request);
+    const Outcome world = Perform(kWorld, request);
     EXPECT_EQ(base.code, KINE_OK);
     EXPECT_EQ(world.code, KINE_OK);
     return world.pose.Frame.X - base.pose.Frame.X;

@@ -69,7 +69,7 @@ struct Cell
 void ExpectRoundTrip(const Request& given)
 {
     Request request = given;
-    const Outcome forward = Perform(kForwardCalls[3], request);
+    const Outcome forward = Perform(kWobj, request);
     ASSERT_EQ(forward.code, KINE_OK);
     request.target = forward.pose;
     const Outcome inverse = Perform(kInverseCall, request);
@@ -79,7 +79,7 @@ void ExpectRoundTrip(const Request& given)
     EXPECT_TRUE(SameBits(inverse.joints.ExtAxis, given.joints.ExtAxis));
     // Solved again from the solved joints, the position is the same.
     request.joints = inverse.joints;
-    const Outcome again = Perform(kForwardCalls[3], request);
+    const Outcome again = Perform(kWobj, request);
     EXPECT_TRUE(IsFrame(again.pose.Frame, MatrixOf(forward.pose.Frame), 1e-6, 1e-9));
 }
 

@@ -189,12 +189,12 @@ TEST(Kine_InitKinematicParam, clears_counts_units_and_mounting)
         request.joints.ExtAxis[0] = 500.0;
         request.tool = HeldTool();
         request.wobj = FixedWobj();
-        const Outcome world = Perform(kForwardCalls[2], request);
-        const Outcome base = Perform(kForwardCalls[0], request);
+        const Outcome world = Perform(kWorld, request);
+        const Outcome base = Perform(kBase, request);
         EXPECT_EQ(world.code, KINE_OK);
         EXPECT_NEAR(world.pose.Frame.X, base.pose.Frame.X, 1e-9);
         request.wobj = WobjOnUnit(1);
-        ExpectRefused(kForwardCalls[3], request, KINE_ERR_W2F_UNIT_KIND, "FK Error 6:24625\n");
+        ExpectRefused(kWobj, request, KINE_ERR_W2F_UNIT_KIND, "FK Error 6:24625\n");
     }
 }
 
@@ -210,7 +210,7 @@ TEST(Kine_InitKinematicParam, refused_arm_clears_the_mounting_too)
     Request request;
     request.tool = HeldTool();
     request.wobj = FixedWobj();
-    EXPECT_EQ(Perform(kForwardCalls[2], request).code, KINE_OK);
+    EXPECT_EQ(Perform(kWorld, request).code, KINE_OK);
 }
 
 TEST(Kine_InitKinematicParam, enable_flag_survives)
@@ -284,12 +284,12 @@ TEST(Kine_InitKinematicParam, reserved_numbers_are_not_read)
     request.wobj = FixedWobj();
     request.load.Mass = 5.0;
     SetUpArm(param);
-    const Outcome plain = Perform(kForwardCalls[0], request);
+    const Outcome plain = Perform(kBase, request);
     ASSERT_EQ(plain.code, KINE_OK);
 
     param.SixAxis.reserved0 = kNan;
     for (double& reserved : param.SixAxis.reserved1) reserved = kNan;
     param.SixAxis.G[6] = 1e9;
     SetUpArm(param);
-    EXPECT_TRUE(SameBits(Perform(kForwardCalls[0], request).pose, plain.pose));
+    EXPECT_TRUE(SameBits(Perform(kBase, request).pose, plain.pose));
 }

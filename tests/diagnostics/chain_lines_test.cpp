@@ -53,8 +53,8 @@ TEST(forward_line, 4_unit_under_the_robot)
 {
     SetUpCell(UnknownUnit(), RotaryUnit(kAxis, 0));
     Request request = PlainRequest();
-    ExpectRefused(kForwardCalls[2], request, KINE_ERR_F2W_UNIT_KIND, "FK Error 4:24627\n");
-    ExpectRefused(kForwardCalls[3], request, KINE_ERR_F2W_UNIT_KIND, "FK Error 4:24627\n");
+    ExpectRefused(kWorld, request, KINE_ERR_F2W_UNIT_KIND, "FK Error 4:24627\n");
+    ExpectRefused(kWobj, request, KINE_ERR_F2W_UNIT_KIND, "FK Error 4:24627\n");
     request.tool.HeldByRobot = 0;
     request.wobj.HeldByRobot = 1;
     for (const ChainCall& call : kForwardCalls) {
@@ -62,28 +62,26 @@ TEST(forward_line, 4_unit_under_the_robot)
     }
 }
 
+// A work object on unit 2: asked for by the work-object call alone, or by all when the tool byte is 2.
+void ExpectStepSixRefuses(KineResult code, const std::string& line)
+{
+    Request request = PlainRequest();
+    request.wobj = WobjOnUnit(2);
+    ExpectRefused(kWobj, request, code, line);
+    request.tool.HeldByRobot = 2;
+    for (const ChainCall& call : kForwardCalls) ExpectRefused(call, request, code, line);
+}
+
 TEST(forward_line, 6_unit_under_the_work_object)
 {
     SetUpCell(RotaryUnit(kAxis, 0), UnknownUnit());
-    Request request = PlainRequest();
-    request.wobj = WobjOnUnit(2);
-    ExpectRefused(kForwardCalls[3], request, KINE_ERR_W2F_UNIT_KIND, "FK Error 6:24625\n");
-    request.tool.HeldByRobot = 2;
-    for (const ChainCall& call : kForwardCalls) {
-        ExpectRefused(call, request, KINE_ERR_W2F_UNIT_KIND, "FK Error 6:24625\n");
-    }
+    ExpectStepSixRefuses(KINE_ERR_W2F_UNIT_KIND, "FK Error 6:24625\n");
 }
 
 TEST(forward_line, 6_axis_at_the_origin)
 {
     SetUpCell(RotaryUnit(kAxis, 0), RotaryUnit({}, 0));
-    Request request = PlainRequest();
-    request.wobj = WobjOnUnit(2);
-    ExpectRefused(kForwardCalls[3], request, KINE_ERR_AXIS_ORIGIN, "FK Error 6:24628\n");
-    request.tool.HeldByRobot = 2;
-    for (const ChainCall& call : kForwardCalls) {
-        ExpectRefused(call, request, KINE_ERR_AXIS_ORIGIN, "FK Error 6:24628\n");
-    }
+    ExpectStepSixRefuses(KINE_ERR_AXIS_ORIGIN, "FK Error 6:24628\n");
 }
 
 TEST(inverse_line, 0_both_held)

@@ -2,12 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "six_axis_cases.h"
+#include "support/chain_calls.h"
 
 namespace kine::test {
 namespace {
-
-using ForwardCall = KineResult(KINE_CALL*)(const KineJoint*, const KineTool*, const KineWobj*,
-                                           const KineLoad*, KinePose*);
 
 struct Cell
 {
