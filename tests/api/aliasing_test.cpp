@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <cstring>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
-#include "support/guard_page.h"
+#include "support/guarded_memory.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
@@ -200,8 +200,7 @@ TEST(records, are_read_and_written_within_their_bounds)
 {
     for (const bool behind : {true, false}) {
         const auto guard = [behind]<class Record>(const Record& value) {
-            using Guarded = GuardedRecord<Record>;
-            return Guarded(value, behind ? Guarded::Guard::kBehind : Guarded::Guard::kBefore);
+            return GuardedRecord<Record>(value, behind ? Guard::kBehind : Guard::kBefore);
         };
         EXPECT_EQ(Kine_SetMechUnitGlobalCfg(0, 0, 1), KINE_OK);
         auto param = guard(WristArm());

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/sample_arms.h"
 
@@ -145,13 +145,13 @@ TEST(order_of_checks, scenario_passes_every_check)
     EXPECT_EQ(Perform(kInverseCall, scenario.request).code, KINE_OK);
 }
 
-TEST(order_of_checks, Kine_JointToBasePos) { ExpectOrder(kForwardCalls[0], ForwardBreaks()); }
+TEST(order_of_checks, Kine_JointToBasePos) { ExpectOrder(kBase, ForwardBreaks()); }
 
-TEST(order_of_checks, Kine_JointToFlangePos) { ExpectOrder(kForwardCalls[1], ForwardBreaks()); }
+TEST(order_of_checks, Kine_JointToFlangePos) { ExpectOrder(kFlange, ForwardBreaks()); }
 
-TEST(order_of_checks, Kine_JointToWorldPos) { ExpectOrder(kForwardCalls[2], ForwardBreaks()); }
+TEST(order_of_checks, Kine_JointToWorldPos) { ExpectOrder(kWorld, ForwardBreaks()); }
 
-TEST(order_of_checks, Kine_JointToWobjPos) { ExpectOrder(kForwardCalls[3], ForwardBreaks()); }
+TEST(order_of_checks, Kine_JointToWobjPos) { ExpectOrder(kWobj, ForwardBreaks()); }
 
 TEST(order_of_checks, Kine_WobjPosToJoint) { ExpectOrder(kInverseCall, InverseBreaks()); }
 

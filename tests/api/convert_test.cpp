@@ -168,7 +168,7 @@ TEST(ToSlot, mechanical_unit_widens_its_header_without_signs)
         EXPECT_EQ(m.t.z, 13.0);
         const double actual[9] = {m.r.r00, m.r.r01, m.r.r02, m.r.r10, m.r.r11,
                                   m.r.r12, m.r.r20, m.r.r21, m.r.r22};
-        for (std::size_t k = 0; k < 9; ++k) EXPECT_NEAR(actual[k], expected.e[k / 3][k % 3], 1e-15) << k;
+        for (std::size_t k = 0; k < 9; ++k) EXPECT_NEAR(actual[k], expected[k / 3][k % 3], 1e-15) << k;
     }
 }
 

@@ -7,12 +7,12 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
+#include "support/naive_arms.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
-#include "support/six_axis_chain.h"
 
 using namespace kine::test;
 
@@ -27,12 +27,7 @@ const KineJoint kJoints = [] {
     return joints;
 }();
 
-const ChainCall& kBase = kForwardCalls[0];
-const ChainCall& kFlange = kForwardCalls[1];
-const ChainCall& kWorld = kForwardCalls[2];
-const ChainCall& kWobj = kForwardCalls[3];
-
-Mat4 Arm() { return FlangeOf(CalibratedWristArm().SixAxis, kJoints); }
+Mat4 Arm() { return NaiveSixAxisChain(CalibratedWristArm().SixAxis, kJoints).flange; }
 
 Request HeldToolRequest()
 {
@@ -43,13 +38,7 @@ Request HeldToolRequest()
     return request;
 }
 
-Request StationaryToolRequest()
-{
-    Request request = HeldToolRequest();
-    request.tool.HeldByRobot = 0;
-    request.wobj.HeldByRobot = 1;
-    return request;
-}
+Request StationaryToolRequest() { return Swapped(HeldToolRequest()); }
 
 // No stiffness: the arm is rigid.
 void SetUpRigidArm()
@@ -242,7 +231,7 @@ TEST(reserved_bytes, of_tool_and_work_object_are_not_read)
         std::memset(filled.tool.Reserved, 0xFF, sizeof filled.tool.Reserved);
         std::memset(filled.wobj.Reserved, 0xFF, sizeof filled.wobj.Reserved);
         filled.wobj.MechUnitIndex = 77;
-        filled.joints.Axis[6] = filled.joints.Axis[7] = std::numeric_limits<double>::quiet_NaN();
+        filled.joints.Axis[6] = filled.joints.Axis[7] = kNan;
         for (const ChainCall& call : kForwardCalls) {
             EXPECT_TRUE(SameBits(Succeed(call, filled), Succeed(call, plain))) << call.name;
         }
@@ -255,7 +244,7 @@ TEST(Kine_FKineVision, gives_the_wrist_frame_and_no_external_axes)
     KineJoint joints = kJoints;
     KinePose pose = Untouched<KinePose>();
     EXPECT_EQ(PrintedBy([&] { EXPECT_EQ(Kine_FKineVision(&joints, &pose), KINE_OK); }), "");
-    EXPECT_TRUE(IsFrame(pose.Frame, WristOf(CalibratedWristArm().SixAxis, kJoints)));
+    EXPECT_TRUE(IsFrame(pose.Frame, NaiveSixAxisChain(CalibratedWristArm().SixAxis, kJoints).frame[5]));
     constexpr double none[6] = {};
     ExpectConfigAndExtAxes(pose, none);
     EXPECT_TRUE(SameBits(joints, kJoints));
@@ -317,8 +306,7 @@ TEST(Kine_FKineVision, refusals_in_order_leave_the_result_and_print_nothing)
 TEST(forward_calls, nan_and_infinite_joints_succeed)
 {
     SetUpRigidArm();
-    for (const double value :
-         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+    for (const double value : {kNan, kInf}) {
         for (std::size_t axis = 0; axis < 6; ++axis) {
             Request request = HeldToolRequest();
             request.joints.Axis[axis] = value;

@@ -4,13 +4,13 @@
 // support/cell.h; F is the flange in the base.
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <vector>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
+#include "support/naive_arms.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
-#include "support/six_axis_chain.h"
 
 using namespace kine::test;
 
@@ -48,15 +48,9 @@ Request HeldToolRequest()
     return request;
 }
 
-Request StationaryToolRequest()
-{
-    Request request = HeldToolRequest();
-    request.tool.HeldByRobot = 0;
-    request.wobj.HeldByRobot = 1;
-    return request;
-}
+Request StationaryToolRequest() { return Swapped(HeldToolRequest()); }
 
-Mat4 Arm(const Request& request) { return FlangeOf(WristArm().SixAxis, request.joints); }
+Mat4 Arm(const Request& request) { return NaiveSixAxisChain(WristArm().SixAxis, request.joints).flange; }
 
 void SetUpCell(uint32_t units = 3)
 {
@@ -73,11 +67,6 @@ void ExpectFrame(const ChainCall& call, const Request& request, const Mat4& expe
     EXPECT_TRUE(IsFrame(outcome.pose.Frame, expected));
     EXPECT_TRUE(SameBits(outcome.pose.ExtAxis, request.joints.ExtAxis));
 }
-
-const ChainCall& kBase = kForwardCalls[0];
-const ChainCall& kFlange = kForwardCalls[1];
-const ChainCall& kWorld = kForwardCalls[2];
-const ChainCall& kWobj = kForwardCalls[3];
 
 }  // namespace
 
@@ -255,12 +244,11 @@ KineKinematicParam ElasticArm()
 
 Mat4 SaggedArm(double reachMm, double wristReachMm)
 {
-    constexpr double kDegPerRad = 180.0 / 3.14159265358979323846;
     const double torque = -10.0 * 9.8 * reachMm;
     const double wristTorque = -10.0 * 9.8 * wristReachMm;
-    const KineJoint sagged = MakeJoints({0.0, torque / 2.0e8 * kDegPerRad, torque / 1.0e8 * kDegPerRad, 0.0,
-                                         wristTorque / 3.0e7 * kDegPerRad, 0.0});
-    return FlangeOf(ElasticArm().SixAxis, sagged);
+    const KineJoint sagged = MakeJoints({0.0, InDegrees(torque / 2.0e8), InDegrees(torque / 1.0e8), 0.0,
+                                         InDegrees(wristTorque / 3.0e7), 0.0});
+    return NaiveSixAxisChain(ElasticArm().SixAxis, sagged).flange;
 }
 
 }  // namespace
@@ -338,7 +326,7 @@ TEST(load, inertia_and_axes_of_moment_have_no_effect)
     const Outcome plain = Perform(kBase, request);
     for (KineLoad* load : {&request.load, &request.tool.TLoad}) {
         for (double& angle : load->Aom) angle = 77.0;
-        for (double& inertia : load->Inertia) inertia = std::numeric_limits<double>::infinity();
+        for (double& inertia : load->Inertia) inertia = kInf;
     }
     EXPECT_TRUE(SameBits(Perform(kBase, request).pose, plain.pose));
 }

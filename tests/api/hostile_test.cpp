@@ -7,14 +7,14 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <set>
 #include <sstream>
 #include <string>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
-#include "support/guard_page.h"
+#include "support/guarded_memory.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 #include "support/seeded_random.h"
 
@@ -24,27 +24,9 @@ namespace {
 
 double NastyNumber(SeededRandom& random)
 {
-    constexpr double kNasty[] = {0.0,
-                                 -0.0,
-                                 1.0,
-                                 -1.0,
-                                 90.0,
-                                 180.0,
-                                 -180.0,
-                                 180.0000001,
-                                 1e-5,
-                                 -1e-5,
-                                 1e-300,
-                                 1e15,
-                                 1e150,
-                                 -1e150,
-                                 1e308,
-                                 -1e308,
-                                 4.9e-324,
-                                 360.0,
-                                 std::numeric_limits<double>::quiet_NaN(),
-                                 std::numeric_limits<double>::infinity(),
-                                 -std::numeric_limits<double>::infinity()};
+    constexpr double kNasty[] = {0.0,         -0.0,   1.0,      -1.0,   90.0, 180.0, -180.0,
+                                 180.0000001, 1e-5,   -1e-5,    1e-300, 1e15, 1e150, -1e150,
+                                 1e308,       -1e308, 4.9e-324, 360.0,  kNan, kInf,  -kInf};
     const std::size_t pick = random.Below(std::size(kNasty) + 3);
     if (pick < std::size(kNasty)) return kNasty[pick];
     return pick == std::size(kNasty) ? random.AnyBits<double>() : random.Uniform(-400.0, 400.0);
@@ -315,9 +297,7 @@ TEST(hostile_records, nasty_number_in_every_place)
     SeededRandom random(4172);
     std::set<KineResult> seen;
     const std::string printed = PrintedBy([&] {
-        const double inf = std::numeric_limits<double>::infinity();
-        for (const double value :
-             {std::numeric_limits<double>::quiet_NaN(), inf, -inf, 1e308, -1e308, 1e17}) {
+        for (const double value : {kNan, kInf, -kInf, 1e308, -1e308, 1e17}) {
             const auto sweep = [&]<class Record>(Record Request::*record) {
                 for (std::size_t place = 0; place < sizeof(Record) / 8; ++place) {
                     SCOPED_TRACE(::testing::Message()
@@ -347,8 +327,7 @@ TEST(hostile_records, nasty_number_in_every_place_of_the_arm)
     SeededRandom random(4173);
     std::set<KineResult> seen;
     static_cast<void>(PrintedBy([&] {
-        const double inf = std::numeric_limits<double>::infinity();
-        for (const double value : {std::numeric_limits<double>::quiet_NaN(), inf, -inf, 1e308, -1e308, 0.0}) {
+        for (const double value : {kNan, kInf, -kInf, 1e308, -1e308, 0.0}) {
             for (std::size_t place = 0; place < sizeof(KineKinematicParam) / 8; ++place) {
                 SCOPED_TRACE(::testing::Message() << value << " at " << 8 * place);
                 KineKinematicParam arm = CalibratedWristArm();

@@ -1,6 +1,6 @@
 // Kine_WobjPosToJoint: solutions, and every code of the arm.
 //
-// Targets are products of links (support/six_axis_chain.h), given to the call as positions in a work object
+// Targets are products of links (support/naive_arms.h), given to the call as positions in a work object
 // that lies in the world and a tool that lies in the flange.
 #include <gtest/gtest.h>
 
@@ -8,29 +8,16 @@
 #include <limits>
 #include <set>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
+#include "support/naive_arms.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 #include "support/seeded_random.h"
-#include "support/six_axis_chain.h"
 
 using namespace kine::test;
 
 namespace {
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
-KineFrame FrameOf(const Mat4& m)
-{
-    constexpr double kDeg = 180.0 / 3.14159265358979323846;
-    return {m.e[0][3],
-            m.e[1][3],
-            m.e[2][3],
-            std::atan2(m.e[1][0], m.e[0][0]) * kDeg,
-            std::atan2(-m.e[2][0], std::hypot(m.e[0][0], m.e[1][0])) * kDeg,
-            std::atan2(m.e[2][1], m.e[2][2]) * kDeg};
-}
 
 // The target of an arm's own joints, with their configuration.
 Request RequestFor(const KineKinematicParam& arm, const KineJoint& joints)
@@ -38,7 +25,7 @@ Request RequestFor(const KineKinematicParam& arm, const KineJoint& joints)
     Request request;
     request.tool = HeldTool();
     request.wobj = FixedWobj();
-    request.target.Frame = FrameOf(FlangeOf(arm.SixAxis, joints));
+    request.target.Frame = FrameOf(NaiveSixAxisChain(arm.SixAxis, joints).flange);
     KineArmConfig config{};
     EXPECT_EQ(Kine_GetArmType(&joints, &config), KINE_OK);
     request.target.Cfg1 = config.Cfg1;
@@ -96,7 +83,8 @@ TEST(Kine_WobjPosToJoint, eight_postures_reach_one_pose)
         request.target.Cfg1 = request.target.Cfg2 = request.target.Cfg3 = 0;
         request.target.Cfg4 = posture;
         const KineJoint solution = Solve(request);
-        EXPECT_TRUE(IsFrame(request.target.Frame, FlangeOf(Puma().SixAxis, solution), 1e-8, 1e-10));
+        EXPECT_TRUE(
+            IsFrame(request.target.Frame, NaiveSixAxisChain(Puma().SixAxis, solution).flange, 1e-8, 1e-10));
         KineArmConfig config{};
         EXPECT_EQ(Kine_GetArmType(&solution, &config), KINE_OK);
         EXPECT_EQ(config.Cfg4, posture);
@@ -145,7 +133,8 @@ TEST(Kine_WobjPosToJoint, stationary_tool_gives_the_external_axes_of_the_target)
     const KineFrame tool = {900.0, 100.0, 800.0, 10.0, 20.0, 30.0};
     request.tool = StationaryTool(tool);
     request.wobj = HeldWobj();
-    request.target.Frame = FrameOf(RigidInverse(FlangeOf(WristArm().SixAxis, kJoints)) * MatrixOf(tool));
+    request.target.Frame =
+        FrameOf(RigidInverse(NaiveSixAxisChain(WristArm().SixAxis, kJoints).flange) * MatrixOf(tool));
     for (std::size_t i = 0; i < 6; ++i) request.target.ExtAxis[i] = 3.25 * static_cast<double>(i);
     const KineJoint joints = Solve(request);
     ExpectAxes(joints, kJoints, 1e-9);
@@ -161,7 +150,7 @@ TEST(Kine_WobjPosToJoint, solves_the_calibrated_arm_under_load)
     request.tool.TLoad = MakeLoad(8.0, 5.0, -10.0, 60.0);
     request.load = MakeLoad(12.0, -20.0, 10.0, 30.0);
     request.wobj = FixedWobj();
-    const Outcome forward = Perform(kForwardCalls[3], request);
+    const Outcome forward = Perform(kWobj, request);
     ASSERT_EQ(forward.code, KINE_OK);
     request.target = forward.pose;
     ExpectAxes(Solve(request), kJoints, 1e-9);
@@ -240,7 +229,7 @@ TEST(Kine_WobjPosToJoint, lateral_offset_widens_the_shoulder_circle)
 TEST(Kine_WobjPosToJoint, out_of_reach_stretched_or_folded_is_0x6097)
 {
     SetUpArm(WristArm());
-    const double elbowAngle = std::atan2(135.0, 755.0) * 180.0 / 3.14159265358979323846;
+    const double elbowAngle = InDegrees(std::atan2(135.0, 755.0));
     for (const double stretched : {90.0 - elbowAngle, -90.0 - elbowAngle}) {
         ExpectArmRefuses(RequestFor(WristArm(), MakeJoints({35.0, -70.0, stretched, 40.0, 55.0, -70.0})),
                          KINE_ERR_IK_7);
@@ -306,7 +295,8 @@ TEST(Kine_WobjPosToJoint, arm_that_is_not_nominal_is_0x6099_or_0x609A)
         const Outcome outcome = Perform(kInverseCall, request);
         codes.insert(outcome.code);
         if (outcome.code == KINE_OK) {
-            EXPECT_TRUE(IsFrame(request.target.Frame, FlangeOf(arm.SixAxis, outcome.joints), 1e-2, 1e-4))
+            EXPECT_TRUE(IsFrame(request.target.Frame, NaiveSixAxisChain(arm.SixAxis, outcome.joints).flange,
+                                1e-2, 1e-4))
                 << i;
         } else {
             EXPECT_TRUE(outcome.untouched) << i;

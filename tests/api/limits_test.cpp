@@ -6,7 +6,8 @@
 #include <limits>
 #include <utility>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/sample_arms.h"
 
@@ -14,8 +15,6 @@ using namespace kine::test;
 
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr int32_t kMinInt = std::numeric_limits<int32_t>::min();
 constexpr int32_t kMaxInt = std::numeric_limits<int32_t>::max();
 

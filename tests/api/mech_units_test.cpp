@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/sample_arms.h"
 
@@ -23,8 +23,8 @@ double RobotTravel()
     request.wobj = FixedWobj();
     request.joints = MakeJoints({5, 10, -20, 30, 40, 50});
     for (std::size_t i = 0; i < 6; ++i) request.joints.ExtAxis[i] = 100.0 * static_cast<double>(i + 1);
-    const Outcome base = Perform(kForwardCalls[0], request);
-    const Outcome world = Perform(kForwardCalls[2], request);
+    const Outcome base = Perform(kBase, request);
+    const Outcome world = Perform(kWorld, request);
     EXPECT_EQ(base.code, KINE_OK);
     EXPECT_EQ(world.code, KINE_OK);
     return world.pose.Frame.X - base.pose.Frame.X;
@@ -46,8 +46,7 @@ TEST(Kine_SetMechUnitGlobalCfg, stores_both_counts_up_to_3_and_6)
     for (uint32_t units = 0; units <= 3; ++units) {
         for (uint32_t items = 0; items <= 6; ++items) {
             SetUnitCounts(units, items);
-            EXPECT_EQ(UnitCountLine(), UnitCountLineFor(static_cast<int>(units)));
-            EXPECT_EQ(ItemCountLine(), ItemCountLineFor(static_cast<int>(items)));
+            ExpectCounts(static_cast<int>(units), static_cast<int>(items));
         }
     }
 }
@@ -57,13 +56,11 @@ TEST(Kine_SetMechUnitGlobalCfg, refused_counts_are_0x6004_and_keep_the_earlier_o
     SetUpCell(2, 5);
     for (const uint32_t bad : {4u, 7u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(Kine_SetMechUnitGlobalCfg(bad, 1, 1), KINE_ERR_MECH_UNIT_COUNT) << bad;
-        EXPECT_EQ(UnitCountLine(), UnitCountLineFor(2));
-        EXPECT_EQ(ItemCountLine(), ItemCountLineFor(5));
+        ExpectCounts(2, 5);
     }
     for (const uint32_t bad : {7u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(Kine_SetMechUnitGlobalCfg(1, bad, 1), KINE_ERR_MECH_UNIT_COUNT) << bad;
-        EXPECT_EQ(UnitCountLine(), UnitCountLineFor(2));
-        EXPECT_EQ(ItemCountLine(), ItemCountLineFor(5));
+        ExpectCounts(2, 5);
     }
 }
 
@@ -73,8 +70,7 @@ TEST(Kine_SetMechUnitGlobalCfg, disabling_ignores_bad_counts_and_keeps_the_earli
     EXPECT_EQ(PrintedBy([] { EXPECT_EQ(Kine_SetMechUnitGlobalCfg(5, 9, 0), KINE_OK); }), "");
     // Refused counts enable again and show what was kept.
     EXPECT_EQ(Kine_SetMechUnitGlobalCfg(9, 9, 1), KINE_ERR_MECH_UNIT_COUNT);
-    EXPECT_EQ(UnitCountLine(), UnitCountLineFor(2));
-    EXPECT_EQ(ItemCountLine(), ItemCountLineFor(5));
+    ExpectCounts(2, 5);
 }
 
 TEST(Kine_SetMechUnitGlobalCfg, disabling_ignores_good_counts_too)
@@ -82,8 +78,7 @@ TEST(Kine_SetMechUnitGlobalCfg, disabling_ignores_good_counts_too)
     SetUpCell(2, 5);
     EXPECT_EQ(Kine_SetMechUnitGlobalCfg(1, 1, 0), KINE_OK);
     EXPECT_EQ(Kine_SetMechUnitGlobalCfg(9, 9, 1), KINE_ERR_MECH_UNIT_COUNT);
-    EXPECT_EQ(UnitCountLine(), UnitCountLineFor(2));
-    EXPECT_EQ(ItemCountLine(), ItemCountLineFor(5));
+    ExpectCounts(2, 5);
 }
 
 TEST(Kine_SetMechUnitGlobalCfg, refused_counts_still_enable)

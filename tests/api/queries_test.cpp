@@ -4,7 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/sample_arms.h"
 
@@ -12,8 +13,6 @@ using namespace kine::test;
 
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr int32_t kMinInt = std::numeric_limits<int32_t>::min();
 constexpr int32_t kMaxInt = std::numeric_limits<int32_t>::max();
 
@@ -28,8 +27,6 @@ KineArmConfig ConfigOf(const KineJoint& joints)
 const KineJoint kRegular = MakeJoints({0.0, 0.0, 0.0, 0.0, 90.0, 0.0});
 
 KineResult Singular(const KineJoint& joints, uint32_t kind) { return Kine_IsSingularity(&joints, kind); }
-
-double DegreesOf(double radians) { return radians * 180.0 / 3.14159265358979323846; }
 
 }  // namespace
 
@@ -95,7 +92,7 @@ TEST(Kine_GetArmType, eight_postures)
 TEST(Kine_GetArmType, elbow_turns_over_at_90_degrees_less_the_elbow_angle)
 {
     SetUpArm(Puma());
-    const double limit = 90.0 - DegreesOf(std::atan(20.3 / 431.8));
+    const double limit = 90.0 - InDegrees(std::atan(20.3 / 431.8));
     EXPECT_EQ(ConfigOf(MakeJoints({0, 0, limit - 1e-9, 0, 1, 0})).Cfg4 & 2, 0);
     EXPECT_EQ(ConfigOf(MakeJoints({0, 0, limit + 1e-9, 0, 1, 0})).Cfg4 & 2, 2);
 }
@@ -141,9 +138,9 @@ TEST(Kine_IsSingularity, wrist_thresholds_by_kind)
           std::pair<uint32_t, double>{2, 0.087266}}) {
         SCOPED_TRACE(kind);
         for (const double sign : {1.0, -1.0}) {
-            joints.Axis[4] = sign * DegreesOf(std::asin(threshold - 1e-9));
+            joints.Axis[4] = sign * InDegrees(std::asin(threshold - 1e-9));
             EXPECT_EQ(Singular(joints, kind), KINE_SINGULAR);
-            joints.Axis[4] = sign * DegreesOf(std::asin(threshold + 1e-9));
+            joints.Axis[4] = sign * InDegrees(std::asin(threshold + 1e-9));
             EXPECT_EQ(Singular(joints, kind), KINE_OK);
         }
         joints.Axis[4] = 0.0;
@@ -157,16 +154,16 @@ TEST(Kine_IsSingularity, wrist_thresholds_by_kind)
 TEST(Kine_IsSingularity, elbow_thresholds_by_kind)
 {
     SetUpArm(Puma());
-    const double elbowAngle = DegreesOf(std::atan(20.3 / 431.8));
+    const double elbowAngle = InDegrees(std::atan(20.3 / 431.8));
     KineJoint joints = kRegular;
     joints.Axis[1] = -60.0;
     for (const auto& [kind, threshold] :
          {std::pair<uint32_t, double>{0, 0.05}, std::pair<uint32_t, double>{1, 0.05},
           std::pair<uint32_t, double>{2, 0.087266}}) {
         SCOPED_TRACE(kind);
-        joints.Axis[2] = DegreesOf(std::acos(threshold - 1e-9)) - elbowAngle;
+        joints.Axis[2] = InDegrees(std::acos(threshold - 1e-9)) - elbowAngle;
         EXPECT_EQ(Singular(joints, kind), KINE_SINGULAR);
-        joints.Axis[2] = DegreesOf(std::acos(threshold + 1e-9)) - elbowAngle;
+        joints.Axis[2] = InDegrees(std::acos(threshold + 1e-9)) - elbowAngle;
         EXPECT_EQ(Singular(joints, kind), KINE_OK);
     }
 }
@@ -178,7 +175,7 @@ TEST(Kine_IsSingularity, shoulder_thresholds_by_kind)
 {
     SetUpArm(Puma());
     const double reach = std::hypot(20.3, 431.8);
-    const double elbowAngle = DegreesOf(std::atan(20.3 / 431.8));
+    const double elbowAngle = InDegrees(std::atan(20.3 / 431.8));
     KineJoint joints = kRegular;
     joints.Axis[1] = -30.0;
     for (const auto& [kind, threshold] :
@@ -187,7 +184,7 @@ TEST(Kine_IsSingularity, shoulder_thresholds_by_kind)
         SCOPED_TRACE(kind);
         for (const double sign : {1.0, -1.0}) {
             const auto atDistance = [&](double distance) {
-                joints.Axis[2] = DegreesOf(std::acos((distance - 215.9) / reach)) - elbowAngle + 30.0;
+                joints.Axis[2] = InDegrees(std::acos((distance - 215.9) / reach)) - elbowAngle + 30.0;
                 return joints;
             };
             EXPECT_EQ(Singular(atDistance(sign * (threshold - 1e-6)), kind), KINE_SINGULAR);

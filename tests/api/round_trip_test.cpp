@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/sample_arms.h"
 #include "support/seeded_random.h"
@@ -69,7 +69,7 @@ struct Cell
 void ExpectRoundTrip(const Request& given)
 {
     Request request = given;
-    const Outcome forward = Perform(kForwardCalls[3], request);
+    const Outcome forward = Perform(kWobj, request);
     ASSERT_EQ(forward.code, KINE_OK);
     request.target = forward.pose;
     const Outcome inverse = Perform(kInverseCall, request);
@@ -79,7 +79,7 @@ void ExpectRoundTrip(const Request& given)
     EXPECT_TRUE(SameBits(inverse.joints.ExtAxis, given.joints.ExtAxis));
     // Solved again from the solved joints, the position is the same.
     request.joints = inverse.joints;
-    const Outcome again = Perform(kForwardCalls[3], request);
+    const Outcome again = Perform(kWobj, request);
     EXPECT_TRUE(IsFrame(again.pose.Frame, MatrixOf(forward.pose.Frame), 1e-6, 1e-9));
 }
 
@@ -93,7 +93,7 @@ void RunCell(const Cell& cell, std::uint64_t seed)
             StoreUnit(0, CarryingRobot(AnyUnit(random, cell.carrierKind), 0));
         }
         if (cell.wobjKind != 0) StoreUnit(1, AnyUnit(random, cell.wobjKind));
-        const double elbowAngle = std::atan2(arm.SixAxis.a3, arm.SixAxis.d4) * 180.0 / 3.14159265358979;
+        const double elbowAngle = InDegrees(std::atan2(arm.SixAxis.a3, arm.SixAxis.d4));
         for (int i = 0; i < 12; ++i) {
             SCOPED_TRACE(::testing::Message() << name << ", seed " << seed << ", set " << i);
             Request request;

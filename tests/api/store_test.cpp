@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "config/dispatch.h"
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/records.h"
 #include "support/sample_arms.h"
 

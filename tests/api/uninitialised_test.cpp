@@ -1,7 +1,7 @@
 // The setters of mechanical units before any initialisation: nothing in this process stores an arm type.
 #include <gtest/gtest.h>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 
 using namespace kine::test;
@@ -9,11 +9,9 @@ using namespace kine::test;
 TEST(before_initialisation, counts_are_stored)
 {
     SetUnitCounts(2, 4);
-    EXPECT_EQ(UnitCountLine(), UnitCountLineFor(2));
-    EXPECT_EQ(ItemCountLine(), ItemCountLineFor(4));
+    ExpectCounts(2, 4);
     SetUnitCounts(3, 6);
-    EXPECT_EQ(UnitCountLine(), UnitCountLineFor(3));
-    EXPECT_EQ(ItemCountLine(), ItemCountLineFor(6));
+    ExpectCounts(3, 6);
 }
 
 TEST(before_initialisation, counts_are_checked)

@@ -4,8 +4,9 @@
 #include <limits>
 #include <vector>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
@@ -85,7 +86,7 @@ const std::vector<BadUnit>& BadUnits()
 
 void ExpectWobjRefused(const Request& request)
 {
-    ExpectRefused(kForwardCalls[3], request, KINE_ERR_W2F_UNIT_KIND, kFk6Kind);
+    ExpectRefused(kWobj, request, KINE_ERR_W2F_UNIT_KIND, kFk6Kind);
     ExpectRefused(kInverseCall, request, KINE_ERR_F2W_UNIT_KIND, kIk2);
     // The other forward calls do not look at the work object of a held tool.
     for (const std::size_t call : {0u, 1u, 2u})
@@ -99,10 +100,10 @@ void ExpectWobjRefused(const Request& request)
 void ExpectCarrierRefused()
 {
     const Request held = FixedWithTool(1);
-    EXPECT_EQ(Perform(kForwardCalls[0], held).code, KINE_OK);
-    EXPECT_EQ(Perform(kForwardCalls[1], held).code, KINE_OK);
-    ExpectRefused(kForwardCalls[2], held, KINE_ERR_F2W_UNIT_KIND, kFk4);
-    ExpectRefused(kForwardCalls[3], held, KINE_ERR_F2W_UNIT_KIND, kFk4);
+    EXPECT_EQ(Perform(kBase, held).code, KINE_OK);
+    EXPECT_EQ(Perform(kFlange, held).code, KINE_OK);
+    ExpectRefused(kWorld, held, KINE_ERR_F2W_UNIT_KIND, kFk4);
+    ExpectRefused(kWobj, held, KINE_ERR_F2W_UNIT_KIND, kFk4);
     ExpectRefused(kInverseCall, held, KINE_ERR_W2F_UNIT_KIND, kIk3Kind);
     const Request stationary = FixedWithTool(0);
     for (const ChainCall& call : kForwardCalls) {
@@ -150,7 +151,7 @@ TEST(unusable_unit, single_axis_kinds_need_neither_second_axis_nor_second_driver
         unit.UnitKind = kind;
         unit.AxisCount = 1;
         StoreUnit(1, unit);
-        EXPECT_EQ(Perform(kForwardCalls[3], OnUnit(1)).code, KINE_OK);
+        EXPECT_EQ(Perform(kWobj, OnUnit(1)).code, KINE_OK);
     }
 }
 
@@ -178,7 +179,7 @@ TEST(unit_index, above_the_count_or_above_2_is_refused_by_the_conversion)
             Request request = OnUnit(index);
             request.wobj.UFFix = 2;  // the index is not validated
             if (index <= 2 && index <= static_cast<int>(count)) {
-                EXPECT_EQ(Perform(kForwardCalls[3], request).code, KINE_OK);
+                EXPECT_EQ(Perform(kWobj, request).code, KINE_OK);
             } else {
                 ExpectWobjRefused(request);
             }
@@ -214,7 +215,7 @@ TEST(unit_index, of_the_carrier_above_the_count_or_above_2_is_refused)
                 StoreUnit(index, CarryingRobot(RotaryUnit(kAxis, 0), carrier));
             }
             if (carrier <= 2 && carrier <= static_cast<int>(count)) {
-                EXPECT_EQ(Perform(kForwardCalls[2], FixedWithTool(1)).code, KINE_OK);
+                EXPECT_EQ(Perform(kWorld, FixedWithTool(1)).code, KINE_OK);
             } else {
                 ExpectCarrierRefused();
             }
@@ -228,9 +229,9 @@ TEST(unit_index, count_lowered_later_hides_the_unit)
     StoreUnit(2, RotaryUnit(kAxis, 0));
     Request request = OnUnit(2);
     request.wobj.UFFix = 2;
-    EXPECT_EQ(Perform(kForwardCalls[3], request).code, KINE_OK);
+    EXPECT_EQ(Perform(kWobj, request).code, KINE_OK);
     SetUnitCounts(2, 6);
-    EXPECT_EQ(Perform(kForwardCalls[3], request).code, KINE_OK);
+    EXPECT_EQ(Perform(kWobj, request).code, KINE_OK);
     SetUnitCounts(1, 6);
     ExpectWobjRefused(request);
 }
@@ -244,7 +245,7 @@ TEST(axis_at_the_origin, under_the_work_object_is_0x6034_forward_and_served_inve
     for (const KineMechUnit& unit : units) {
         SetUpCell();
         StoreUnit(1, unit);
-        ExpectRefused(kForwardCalls[3], OnUnit(1), KINE_ERR_AXIS_ORIGIN, kFk6Origin);
+        ExpectRefused(kWobj, OnUnit(1), KINE_ERR_AXIS_ORIGIN, kFk6Origin);
         // The inverse goes from the unit to the world, where no axis is turned back.
         EXPECT_NE(Perform(kInverseCall, OnUnit(1)).printed, kIk2);
     }
@@ -267,13 +268,13 @@ TEST(axis_at_the_origin, under_the_robot_is_served_forward_and_0x6034_inverse)
 TEST(axis_at_the_origin, any_coordinate_off_zero_is_enough)
 {
     const double denormal = std::numeric_limits<double>::denorm_min();
-    for (const double off : {1e-300, -1e-300, denormal, std::numeric_limits<double>::quiet_NaN()}) {
+    for (const double off : {1e-300, -1e-300, denormal, kNan}) {
         for (double KineFrame::*field : {&KineFrame::X, &KineFrame::Y, &KineFrame::Z}) {
             KineFrame axis{};
             axis.*field = off;
             SetUpCell();
             StoreUnit(1, RotaryUnit(axis, 0));
-            EXPECT_EQ(Perform(kForwardCalls[3], OnUnit(1)).code, KINE_OK);
+            EXPECT_EQ(Perform(kWobj, OnUnit(1)).code, KINE_OK);
         }
     }
 }
@@ -282,9 +283,9 @@ TEST(axis_at_the_origin, second_frame_of_a_single_axis_and_linear_units_are_not_
 {
     SetUpCell();
     StoreUnit(1, LinearUnit(kAtOrigin, kAtOrigin, 0));
-    EXPECT_EQ(Perform(kForwardCalls[3], OnUnit(1)).code, KINE_OK);
+    EXPECT_EQ(Perform(kWobj, OnUnit(1)).code, KINE_OK);
     StoreUnit(1, RotaryUnit(kAxis, 0));
-    EXPECT_EQ(Perform(kForwardCalls[3], OnUnit(1)).code, KINE_OK);
+    EXPECT_EQ(Perform(kWobj, OnUnit(1)).code, KINE_OK);
 }
 
 TEST(axis_at_the_origin, comes_after_the_unit_itself)
@@ -293,7 +294,7 @@ TEST(axis_at_the_origin, comes_after_the_unit_itself)
     const auto expectKind = [&] {
         SetUpCell();
         StoreUnit(1, unit);
-        ExpectRefused(kForwardCalls[3], OnUnit(1), KINE_ERR_W2F_UNIT_KIND, kFk6Kind);
+        ExpectRefused(kWobj, OnUnit(1), KINE_ERR_W2F_UNIT_KIND, kFk6Kind);
     };
     unit.AxisCount = 1;
     expectKind();

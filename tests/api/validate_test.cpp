@@ -3,19 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
 using namespace kine;
 using namespace kine::test;
 
-namespace {
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-}  // namespace
+namespace {}  // namespace
 
 TEST(IsLegalFrame, tests_each_angle_and_nothing_else)
 {
@@ -36,7 +31,7 @@ TEST(IsLegalJoint, accepts_every_record)
 {
     EXPECT_TRUE(IsLegalJoint(Untouched<KineJoint>()));
     KineJoint joints{};
-    for (const double value : {kNan, 1e308, std::numeric_limits<double>::infinity()}) {
+    for (const double value : {kNan, 1e308, kInf}) {
         for (double& axis : joints.Axis) axis = value;
         for (double& axis : joints.ExtAxis) axis = value;
         EXPECT_TRUE(IsLegalJoint(joints));

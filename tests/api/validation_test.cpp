@@ -7,16 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
 
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kDenormal = std::numeric_limits<double>::denorm_min();
 
 struct Field
@@ -92,16 +91,6 @@ std::vector<Field> Unchecked()
     return fields;
 }
 
-Request GoodRequest()
-{
-    Request request;
-    request.joints = MakeJoints({35.0, -25.0, 20.0, 40.0, 55.0, -70.0});
-    request.target.Frame = {700.0, 100.0, 900.0, 20.0, 30.0, 40.0};
-    request.tool = HeldTool();
-    request.wobj = FixedWobj();
-    return request;
-}
-
 // Not refused as a record. The forward calls then succeed; the inverse may find that no joints fit.
 void ExpectAccepted(const ChainCall& call, const Request& request)
 {
@@ -132,7 +121,7 @@ TEST(angles, up_to_180_degrees_and_nan_are_accepted)
             SCOPED_TRACE(std::string(call.name) + " " + field.name);
             for (const double angle :
                  {0.0, -0.0, 90.0, 180.0, -180.0, 179.9999999, -179.9999999, kNan, -kNan}) {
-                Request request = GoodRequest();
+                Request request = PlainRequest();
                 *field.in(request) = angle;
                 ExpectAccepted(call, request);
             }
@@ -148,7 +137,7 @@ TEST(angles, beyond_180_degrees_are_refused_with_the_code_of_the_record)
             SCOPED_TRACE(field.name);
             for (const double angle : {180.0000001, -180.0000001, std::nextafter(180.0, 200.0),
                                        std::nextafter(-180.0, -200.0), 360.0, 1e300, kInf, -kInf}) {
-                Request request = GoodRequest();
+                Request request = PlainRequest();
                 *field.in(request) = angle;
                 ExpectRefused(call, request, field.code, "");
             }
@@ -179,7 +168,7 @@ TEST(mass_and_inertia, from_zero_up_and_nan_are_accepted)
         for (const Field& field : Amounts()) {
             SCOPED_TRACE(std::string(call.name) + " " + field.name);
             for (const double amount : {0.0, -0.0, kDenormal, 1.0, 1e300, kInf, kNan, -kNan}) {
-                Request request = GoodRequest();
+                Request request = PlainRequest();
                 *field.in(request) = amount;
                 ExpectAccepted(call, request);
             }
@@ -194,7 +183,7 @@ TEST(mass_and_inertia, below_zero_are_refused_with_the_code_of_the_record)
         for (const Field& field : Amounts()) {
             SCOPED_TRACE(field.name);
             for (const double amount : {-kDenormal, -0.0001, -1.0, -1e300, -kInf}) {
-                Request request = GoodRequest();
+                Request request = PlainRequest();
                 *field.in(request) = amount;
                 ExpectRefused(call, request, field.code, "");
             }
@@ -209,7 +198,7 @@ TEST(other_fields, may_hold_any_number)
         for (const Field& field : Unchecked()) {
             SCOPED_TRACE(std::string(call.name) + " " + field.name);
             for (const double value : {kNan, kInf, -kInf, 1e308, -1e308, kDenormal, -0.0}) {
-                Request request = GoodRequest();
+                Request request = PlainRequest();
                 *field.in(request) = value;
                 ExpectAccepted(call, request);
             }
@@ -221,7 +210,7 @@ TEST(work_object, with_a_fixed_user_frame_may_name_any_unit)
 {
     SetUpCell();
     for (int index = -128; index < 128; ++index) {
-        Request request = GoodRequest();
+        Request request = PlainRequest();
         request.wobj.MechUnitIndex = static_cast<int8_t>(index);
         for (const ChainCall& call : kChainCalls) ExpectAccepted(call, request);
     }
@@ -235,7 +224,7 @@ TEST(work_object, on_a_unit_needs_an_index_from_1_to_below_the_count)
         const std::string line = "IsLegalWobj,!pWobj->UFFix:" + std::to_string(count) + ";\n";
         for (const int index : {0, 1, 2, 3, 4, 127}) {
             SCOPED_TRACE(::testing::Message() << "index " << index << ", count " << count);
-            Request request = GoodRequest();
+            Request request = PlainRequest();
             request.wobj = WobjOnUnit(index);
             const bool legal = index != 0 && index < static_cast<int>(count);
             for (const ChainCall& call : kChainCalls) {
@@ -252,7 +241,7 @@ TEST(work_object, on_a_unit_needs_an_index_from_1_to_below_the_count)
 TEST(work_object, held_by_the_robot_is_held_to_the_same_index)
 {
     SetUpCell();
-    Request request = GoodRequest();
+    Request request = PlainRequest();
     request.tool.HeldByRobot = 0;
     request.wobj = WobjOnUnit(3);
     request.wobj.HeldByRobot = 1;
@@ -267,7 +256,7 @@ TEST(work_object, user_frame_angles_count_even_where_the_frame_is_ignored)
 {
     SetUpCell();
     for (const uint8_t byte : {uint8_t{0}, uint8_t{2}}) {
-        Request request = GoodRequest();
+        Request request = PlainRequest();
         request.wobj = WobjOnUnit(1);
         request.wobj.UFFix = byte;
         request.wobj.UFrame.C = 180.0000001;
@@ -278,7 +267,7 @@ TEST(work_object, user_frame_angles_count_even_where_the_frame_is_ignored)
 TEST(work_object, refused_user_frame_comes_before_the_index_and_prints_nothing)
 {
     SetUpCell();
-    Request request = GoodRequest();
+    Request request = PlainRequest();
     request.wobj = WobjOnUnit(0);
     request.wobj.UFrame.A = -181.0;
     for (const ChainCall& call : kChainCalls) ExpectRefused(call, request, KINE_ERR_WOBJ, "");
@@ -287,7 +276,7 @@ TEST(work_object, refused_user_frame_comes_before_the_index_and_prints_nothing)
 TEST(work_object, index_comes_before_the_object_frame)
 {
     SetUpCell();
-    Request request = GoodRequest();
+    Request request = PlainRequest();
     request.wobj = WobjOnUnit(0);
     request.wobj.OFrame.A = -181.0;
     for (const ChainCall& call : kChainCalls) {
@@ -307,7 +296,7 @@ TEST(hold, equal_bytes_are_0x6016_without_a_line)
 {
     SetUpCell();
     for (const uint8_t byte : {uint8_t{0}, uint8_t{1}, uint8_t{2}, uint8_t{255}}) {
-        Request request = GoodRequest();
+        Request request = PlainRequest();
         request.tool.HeldByRobot = byte;
         request.wobj.HeldByRobot = byte;
         for (const ChainCall& call : kChainCalls) ExpectRefused(call, request, KINE_ERR_HOLD, "");
@@ -319,7 +308,7 @@ TEST(hold, different_bytes_that_are_both_set_are_0x6050)
     SetUpCell();
     for (const auto& [tool, wobj] : {std::pair<int, int>{1, 2}, std::pair<int, int>{2, 1},
                                      std::pair<int, int>{255, 254}, std::pair<int, int>{128, 1}}) {
-        Request request = GoodRequest();
+        Request request = PlainRequest();
         request.tool.HeldByRobot = static_cast<uint8_t>(tool);
         request.wobj.HeldByRobot = static_cast<uint8_t>(wobj);
         for (const ChainCall& call : kForwardCalls) {

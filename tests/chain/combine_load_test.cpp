@@ -4,17 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
+#include "support/numbers.h"
 #include "support/records.h"
 
 using namespace kine;
 using namespace kine::test;
 
 namespace {
-
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInfinity = std::numeric_limits<double>::infinity();
 
 Load MakeInternalLoad(double mass, const Vec3& centre, const Vec3& inertia = {})
 {
@@ -67,7 +64,7 @@ TEST(CombineLoad, axes_of_inertia_are_dropped)
     Load tool = kToolLoad;
     Load payload = kPayload;
     tool.aomDeg = {10.0, 20.0, 30.0};
-    payload.aomDeg = {-10.0, kNaN, 180.0};
+    payload.aomDeg = {-10.0, kNan, 180.0};
     const CombinedLoad load = CombineLoad(tool, payload, kFrame);
     ExpectZero(load.aom);
     const CombinedLoad plain = CombineLoad(kToolLoad, kPayload, kFrame);
@@ -144,7 +141,7 @@ TEST(CombineLoad, bound_is_for_the_sum_of_the_masses)
 
 TEST(CombineLoad, nan_mass_makes_mass_and_centre_nan)
 {
-    const Load bad = MakeInternalLoad(kNaN, {10.0, 20.0, 30.0});
+    const Load bad = MakeInternalLoad(kNan, {10.0, 20.0, 30.0});
     for (const CombinedLoad& load :
          {CombineLoad(bad, kPayload, kFrame), CombineLoad(kToolLoad, bad, kFrame)}) {
         EXPECT_TRUE(std::isnan(load.mass));
@@ -158,15 +155,15 @@ TEST(CombineLoad, nan_mass_makes_mass_and_centre_nan)
 // 1 / infinity is 0, times infinity is NaN.
 TEST(CombineLoad, infinite_mass_has_no_centre)
 {
-    const CombinedLoad load = CombineLoad(MakeInternalLoad(kInfinity, {10.0, 20.0, 30.0}), kPayload, kFrame);
-    EXPECT_EQ(load.mass, kInfinity);
+    const CombinedLoad load = CombineLoad(MakeInternalLoad(kInf, {10.0, 20.0, 30.0}), kPayload, kFrame);
+    EXPECT_EQ(load.mass, kInf);
     EXPECT_TRUE(std::isnan(load.centre.x));
 }
 
 TEST(CombineLoad, nan_in_one_component_of_a_centre_stays_there)
 {
     Load tool = kToolLoad;
-    tool.centre.y = kNaN;
+    tool.centre.y = kNan;
     const CombinedLoad load = CombineLoad(tool, kPayload, kFrame);
     EXPECT_EQ(load.mass, 5.0);
     EXPECT_NEAR(load.centre.x, 0.0646, 1e-14);

@@ -7,7 +7,8 @@
 #include <string>
 
 #include "chain/forward_chain.h"
-#include "support/cells.h"
+#include "support/cell_plans.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
@@ -151,17 +152,10 @@ TEST(ForwardChains, bad_mounting_mode_stops_at_step_four)
 
 TEST(ForwardChains, unusable_carrier_stops_at_step_four)
 {
-    Store badKind = MakeCell(kPlan);
-    badKind.mechUnits.units[1].unitKind = 4;
-    Store badUnit = MakeCell(kPlan);
-    badUnit.mounting.unit = 3;
-    Store aboveCount = MakeCell(kPlan);
-    aboveCount.mechUnits.mechUnitCount = 0;
-    Store noAxis = MakeCell(kPlan);
-    noAxis.mechUnits.units[1].axisCount = 0;
-    Store badDriver = MakeCell(kPlan);
-    badDriver.mechUnits.units[1].axisParamIndex[0] = 6;
-    for (const Store& store : {badKind, badUnit, aboveCount, noAxis, badDriver}) {
+    std::vector<Store> cells = CellsWithBadCarrier(kPlan);
+    cells.push_back(MakeCell(kPlan));
+    cells.back().mechUnits.mechUnitCount = 0;
+    for (const Store& store : cells) {
         for (const NamedChain& chain : kChains) {
             ExpectFailure(chain, store, StationaryToolRequest(), 0x6033u, "FK Error 4:24627\n");
         }
@@ -182,15 +176,7 @@ TEST(ForwardChains, held_tool_in_base_and_flange_needs_no_cell)
 
 TEST(ForwardChains, unusable_unit_under_the_work_object_stops_at_step_six)
 {
-    Store badKind = MakeCell(kPlan);
-    badKind.mechUnits.units[2].unitKind = 0;
-    Store aboveCount = MakeCell(kPlan);
-    aboveCount.mechUnits.mechUnitCount = 1;
-    Store oneAxis = MakeCell(kPlan);
-    oneAxis.mechUnits.units[2].axisCount = 1;
-    Store badDriver = MakeCell(kPlan);
-    badDriver.mechUnits.units[2].axisParamIndex[1] = 255;
-    for (const Store& store : {badKind, aboveCount, oneAxis, badDriver}) {
+    for (const Store& store : CellsWithBadPositioner(kPlan)) {
         ExpectFailure(kWobj, store, HeldToolRequest(), 0x6031u, "FK Error 6:24625\n");
         for (const NamedChain& chain : kChains) {
             ExpectFailure(chain, store, ToolByteTwoRequest(), 0x6031u, "FK Error 6:24625\n");
@@ -271,7 +257,7 @@ TEST(ForwardChains, the_first_failing_step_decides)
 TEST(ForwardChains, nan_joints_give_a_nan_pose)
 {
     ForwardRequest request = HeldToolRequest();
-    request.joints.axis[1] = std::numeric_limits<double>::quiet_NaN();
+    request.joints.axis[1] = kNan;
     for (const NamedChain& chain : {kBase, kWorld, kWobj}) {
         PoseRecord answer{};
         EXPECT_EQ(PrintedBy([&] { EXPECT_EQ(chain.run(MakeCell(kPlan), request, answer), 0u); }), "");

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "support/cells.h"
+#include "support/cell_plans.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
@@ -50,11 +50,11 @@ TEST(ForwardChains, held_tool_in_every_cell)
         const ForwardRequest request{CellJoints(), MakeTool(1, toolFrame), CellWobj(plan, kWobjFrame), {}};
         const KineArmConfig config = CellConfig(plan);
 
-        const Mat4 inBase = BaseFromFlange(plan) * Of(toolFrame);
+        const Mat4 inBase = BaseFromFlange(plan) * MatrixOf(toolFrame);
         const Mat4 inWorld = WorldFromBase(plan) * inBase;
-        const Mat4 inWobj = Inverse4(WorldFromWobj(plan, kWobjFrame)) * inWorld;
+        const Mat4 inWobj = RigidInverse(WorldFromWobj(plan, kWobjFrame)) * inWorld;
         ExpectAnswer(JointToBase, store, request, inBase, config, kExtAxis);
-        ExpectAnswer(JointToFlange, store, request, Of(toolFrame), config, kNoExtAxis);
+        ExpectAnswer(JointToFlange, store, request, MatrixOf(toolFrame), config, kNoExtAxis);
         ExpectAnswer(JointToWorld, store, request, inWorld, config, kExtAxis);
         ExpectAnswer(JointToWobj, store, request, inWobj, config, kExtAxis);
     }
@@ -69,17 +69,19 @@ TEST(ForwardChains, stationary_tool_in_every_cell)
         const Store store = MakeCell(plan);
         const Pose held = CarriedFrame(plan);
         const KineArmConfig config = CellConfig(plan);
-        const Mat4 tool = Of(kStationaryTool);
+        const Mat4 tool = MatrixOf(kStationaryTool);
         const Mat4 worldFromFlange = WorldFromBase(plan) * BaseFromFlange(plan);
         for (const std::uint8_t wobjByte : {std::uint8_t{1}, std::uint8_t{2}, std::uint8_t{255}}) {
             SCOPED_TRACE(int{wobjByte});
             const ForwardRequest request{
                 CellJoints(), MakeTool(0, kStationaryTool), MakeWobj(wobjByte, held), {}};
-            ExpectAnswer(JointToBase, store, request, Inverse4(WorldFromBase(plan)) * tool, config, kExtAxis);
-            ExpectAnswer(JointToFlange, store, request, Inverse4(worldFromFlange) * tool, config, kExtAxis);
-            ExpectAnswer(JointToWorld, store, request, tool, config, kExtAxis);
-            ExpectAnswer(JointToWobj, store, request, Inverse4(worldFromFlange * Of(held)) * tool, config,
+            ExpectAnswer(JointToBase, store, request, RigidInverse(WorldFromBase(plan)) * tool, config,
                          kExtAxis);
+            ExpectAnswer(JointToFlange, store, request, RigidInverse(worldFromFlange) * tool, config,
+                         kExtAxis);
+            ExpectAnswer(JointToWorld, store, request, tool, config, kExtAxis);
+            ExpectAnswer(JointToWobj, store, request, RigidInverse(worldFromFlange * MatrixOf(held)) * tool,
+                         config, kExtAxis);
         }
     }
 }
@@ -93,15 +95,15 @@ TEST(ForwardChains, tool_byte_other_than_one_takes_the_stationary_path)
         const Store store = MakeCell(plan);
         const Pose toolFrame = CarriedFrame(plan);
         const KineArmConfig config = CellConfig(plan);
-        const Mat4 inBase = BaseFromFlange(plan) * Of(toolFrame);
+        const Mat4 inBase = BaseFromFlange(plan) * MatrixOf(toolFrame);
         const Mat4 inWorld = WorldFromBase(plan) * inBase;
-        const Mat4 relative = Inverse4(WorldFromWobj(plan, kWobjFrame)) * inWorld;
+        const Mat4 relative = RigidInverse(WorldFromWobj(plan, kWobjFrame)) * inWorld;
         for (const std::uint8_t toolByte : {std::uint8_t{2}, std::uint8_t{255}}) {
             SCOPED_TRACE(int{toolByte});
             const ForwardRequest request{
                 CellJoints(), MakeTool(toolByte, toolFrame), CellWobj(plan, kWobjFrame), {}};
             ExpectAnswer(JointToBase, store, request, inBase * relative, config, kExtAxis);
-            ExpectAnswer(JointToFlange, store, request, Of(kWobjFrame) * relative, config, kExtAxis);
+            ExpectAnswer(JointToFlange, store, request, MatrixOf(kWobjFrame) * relative, config, kExtAxis);
             ExpectAnswer(JointToWorld, store, request, inWorld * relative, config, kExtAxis);
             ExpectAnswer(JointToWobj, store, request, relative, config, kExtAxis);
         }
@@ -117,13 +119,14 @@ TEST(ForwardChains, work_object_counts_through_its_combined_frame)
     const Pose object{-7.0, -8.0, -9.0, -0.7, -0.8, -0.9};
     const Pose toolFrame = CarriedFrame(plan);
     const ForwardRequest inCell{CellJoints(), MakeTool(1, toolFrame), MakeWobj(0, user, object), {}};
-    const Mat4 combined = Of(user) * Of(object);
+    const Mat4 combined = MatrixOf(user) * MatrixOf(object);
     const Mat4 worldFromFlange = WorldFromBase(plan) * BaseFromFlange(plan);
-    ExpectAnswer(JointToWobj, store, inCell, Inverse4(combined) * worldFromFlange * Of(toolFrame),
+    ExpectAnswer(JointToWobj, store, inCell, RigidInverse(combined) * worldFromFlange * MatrixOf(toolFrame),
                  CellConfig(plan), kExtAxis);
     const ForwardRequest held{CellJoints(), MakeTool(0, kStationaryTool), MakeWobj(1, user, object), {}};
-    ExpectAnswer(JointToWobj, store, held, Inverse4(worldFromFlange * combined) * Of(kStationaryTool),
-                 CellConfig(plan), kExtAxis);
+    ExpectAnswer(JointToWobj, store, held,
+                 RigidInverse(worldFromFlange * combined) * MatrixOf(kStationaryTool), CellConfig(plan),
+                 kExtAxis);
 }
 
 // The whole frame is copied, not taken apart and put together again: angles out of range and NaN survive.
@@ -155,8 +158,8 @@ TEST(JointToWobj, agrees_with_the_world_for_a_zero_work_object_and_a_base_at_the
     ASSERT_EQ(JointToWorld(store, request, world), 0u);
     ASSERT_EQ(JointToWobj(store, request, wobj), 0u);
     ASSERT_EQ(JointToBase(store, request, base), 0u);
-    EXPECT_TRUE(PoseIs(wobj.frame, Of(world.frame)));
-    EXPECT_TRUE(PoseIs(base.frame, Of(world.frame)));
+    EXPECT_TRUE(PoseIs(wobj.frame, MatrixOf(world.frame)));
+    EXPECT_TRUE(PoseIs(base.frame, MatrixOf(world.frame)));
 }
 
 // 4110 counts its axis 2 with whole turns for the configuration and from the folded elbow for the pose; both
@@ -166,9 +169,10 @@ TEST(ForwardChains, arm_type_4110_sees_the_joints_of_the_caller_in_every_step)
     const CellPlan plan{k4110, kNoUnit, kNoUnit};
     const Store store = MakeCell(plan);
     ForwardRequest request{CellJoints(), MakeTool(1, CarriedFrame(plan)), CellWobj(plan, kWobjFrame), {}};
-    request.joints.axis[1] = 370.0 * kDegree;
-    const Mat4 inBase = NaiveFourAxisFlange(Scara().FourAxis, kAxes[0], 190.0 * kDegree, kAxes[2], kAxes[3]) *
-                        Of(CarriedFrame(plan));
+    request.joints.axis[1] = InRadians(370.0);
+    const Mat4 inBase =
+        NaiveFourAxisFlange(Scara().FourAxis, kAxes[0], InRadians(190.0), kAxes[2], kAxes[3]) *
+        MatrixOf(CarriedFrame(plan));
     // 370 degrees lie in quarter turn 4; wrapped they are 10, not negative.
     const KineArmConfig config{-1, 1, 4, -2};
     ExpectAnswer(JointToBase, store, request, inBase, config, kExtAxis);
@@ -197,8 +201,9 @@ protected:
         const double q2 = -98.0 * r / 2e8;  // moments in N mm, stiffnesses in N m / rad
         const double q3 = -98.0 * r / 1e8;
         const double q5 = -98.0 * (r - 400.0) / 3e7;
-        return NaiveSixAxisFlange(NominalSixAxis({100.0, 500.0, 50.0, 400.0, 80.0, 300.0, 0.0}).SixAxis,
-                                  {0.0, q2, q3, 0.0, q5, 0.0, 0.0, 0.0});
+        return NaiveSixAxisChain(NominalSixAxis({100.0, 500.0, 50.0, 400.0, 80.0, 300.0, 0.0}).SixAxis,
+                                 std::array<double, 6>{0.0, q2, q3, 0.0, q5, 0.0})
+            .flange;
     }
 
     static Load Weight(double mass, double z)
@@ -231,7 +236,7 @@ TEST_F(SaggingArm, payload_lies_behind_the_tool_frame)
 {
     const Pose toolFrame{0.0, 0.0, 50.0, 0.0, 0.0, 0.0};
     const ForwardRequest request{{}, MakeTool(1, toolFrame), MakeWobj(0, {}), Weight(10.0, 30.0)};
-    const Mat4 expected = BentFlange(560.0) * Of(toolFrame);
+    const Mat4 expected = BentFlange(560.0) * MatrixOf(toolFrame);
     ExpectAnswer(JointToBase, Arm(), request, expected, {0, 0, 0, 0}, kNoExtAxis);
     ExpectAnswer(JointToWorld, Arm(), request, expected, {0, 0, 0, 0}, kNoExtAxis);
     ExpectAnswer(JointToWobj, Arm(), request, expected, {0, 0, 0, 0}, kNoExtAxis);
@@ -244,7 +249,8 @@ TEST_F(SaggingArm, tool_load_and_payload_are_combined)
     Tool tool = MakeTool(1, toolFrame);
     tool.load = Weight(4.0, 20.0);
     const ForwardRequest request{{}, tool, MakeWobj(0, {}), Weight(6.0, 30.0)};
-    ExpectAnswer(JointToBase, Arm(), request, BentFlange(536.0) * Of(toolFrame), {0, 0, 0, 0}, kNoExtAxis);
+    ExpectAnswer(JointToBase, Arm(), request, BentFlange(536.0) * MatrixOf(toolFrame), {0, 0, 0, 0},
+                 kNoExtAxis);
 }
 
 TEST_F(SaggingArm, payload_lies_behind_the_held_work_object)
@@ -253,9 +259,10 @@ TEST_F(SaggingArm, payload_lies_behind_the_held_work_object)
     const Pose stationary{700.0, 20.0, 800.0, 0.1, 0.2, 0.3};
     const ForwardRequest request{{}, MakeTool(0, stationary), MakeWobj(1, held), Weight(10.0, 30.0)};
     const Mat4 flange = BentFlange(560.0);
-    ExpectAnswer(JointToWobj, Arm(), request, Inverse4(flange * Of(held)) * Of(stationary), {0, 0, 0, 0},
+    ExpectAnswer(JointToWobj, Arm(), request, RigidInverse(flange * MatrixOf(held)) * MatrixOf(stationary),
+                 {0, 0, 0, 0}, kNoExtAxis);
+    ExpectAnswer(JointToFlange, Arm(), request, RigidInverse(flange) * MatrixOf(stationary), {0, 0, 0, 0},
                  kNoExtAxis);
-    ExpectAnswer(JointToFlange, Arm(), request, Inverse4(flange) * Of(stationary), {0, 0, 0, 0}, kNoExtAxis);
 }
 
 TEST(JointToVision, gives_frame_five_or_the_plane_of_the_forearm_with_the_configuration)
@@ -264,7 +271,7 @@ TEST(JointToVision, gives_frame_five_or_the_plane_of_the_forearm_with_the_config
         SCOPED_TRACE(type);
         const CellPlan plan{type, kOneRotaryAxis, kNoUnit};
         const Store store = MakeCell(plan);
-        Mat4 expected = NaiveFrame5(WristArm().SixAxis, kAxes);
+        Mat4 expected = NaiveSixAxisChain(WristArm().SixAxis, kAxes).frame[5];
         if (type != kSix) {
             // Both four-axis arms take axis 2 as the elbow angle itself.
             expected = NaiveFourAxisFlange(Scara().FourAxis, kAxes[0], kAxes[1], 0.0, 0.0);

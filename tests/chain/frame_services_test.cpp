@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/naive_transform.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 #include "support/stores.h"
@@ -78,7 +79,7 @@ TEST(FrameToWorld, fixed_frame_is_multiplied_from_the_left)
     const PoseRecord record = SomeRecord();
     PoseRecord world{};
     EXPECT_EQ(FrameToWorld(ThreeUnits(), record, {2, 0, kFrame}, world), 0u);
-    EXPECT_TRUE(PoseIs(world.frame, Of(kFrame) * Of(record.frame)));
+    EXPECT_TRUE(PoseIs(world.frame, MatrixOf(kFrame) * MatrixOf(record.frame)));
 }
 
 TEST(WorldToFrame, fixed_frame_is_inverted_and_multiplied_from_the_left)
@@ -86,7 +87,7 @@ TEST(WorldToFrame, fixed_frame_is_inverted_and_multiplied_from_the_left)
     const PoseRecord record = SomeRecord();
     PoseRecord inFrame{};
     EXPECT_EQ(WorldToFrame(ThreeUnits(), record, {2, 0, kFrame}, inFrame), 0u);
-    EXPECT_TRUE(PoseIs(inFrame.frame, Inverse4(Of(kFrame)) * Of(record.frame)));
+    EXPECT_TRUE(PoseIs(inFrame.frame, RigidInverse(MatrixOf(kFrame)) * MatrixOf(record.frame)));
 }
 
 TEST(FrameServices, fixed_frame_does_not_look_at_the_unit)
@@ -95,9 +96,9 @@ TEST(FrameServices, fixed_frame_does_not_look_at_the_unit)
     for (const std::int32_t unit : {-1, 0, 2, 3, kMax, kMin}) {
         PoseRecord result{};
         EXPECT_EQ(FrameToWorld(MechUnitBlock{}, record, {2, unit, kFrame}, result), 0u);
-        EXPECT_TRUE(PoseIs(result.frame, Of(kFrame) * Of(record.frame)));
+        EXPECT_TRUE(PoseIs(result.frame, MatrixOf(kFrame) * MatrixOf(record.frame)));
         EXPECT_EQ(WorldToFrame(MechUnitBlock{}, record, {2, unit, kFrame}, result), 0u);
-        EXPECT_TRUE(PoseIs(result.frame, Inverse4(Of(kFrame)) * Of(record.frame)));
+        EXPECT_TRUE(PoseIs(result.frame, RigidInverse(MatrixOf(kFrame)) * MatrixOf(record.frame)));
     }
 }
 
@@ -106,8 +107,8 @@ TEST(FrameServices, configuration_and_external_axes_are_copied_bit_for_bit)
     PoseRecord record = SomeRecord();
     // Not used by units 1 and 2, so that they may hold anything.
     record.extAxis[0] = -0.0;
-    record.extAxis[1] = std::numeric_limits<double>::quiet_NaN();
-    record.extAxis[2] = std::numeric_limits<double>::infinity();
+    record.extAxis[1] = kNan;
+    record.extAxis[2] = kInf;
     record.extAxis[5] = 5e-324;
     for (const FrameDescriptor& descriptor :
          {FrameDescriptor{2, 0, kFrame}, FrameDescriptor{3, 1, kFrame}, FrameDescriptor{3, 2, kFrame}}) {
@@ -259,9 +260,8 @@ TEST(WorldToFrame, rotary_axis_exactly_at_the_origin_is_refused)
 
 TEST(WorldToFrame, nan_position_of_an_axis_is_not_the_origin)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     MechUnitBlock units = ThreeUnits();
-    units.units[1].axisFrame[0].t = {nan, 0.0, 0.0};
+    units.units[1].axisFrame[0].t = {kNan, 0.0, 0.0};
     PoseRecord result{};
     EXPECT_EQ(WorldToFrame(units, SomeRecord(), {3, 1, kFrame}, result), 0u);
 }

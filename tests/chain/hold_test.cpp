@@ -7,6 +7,7 @@
 
 #include "chain/frame_services.h"
 #include "chain/inverse_chain.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stores.h"
 
@@ -27,9 +28,7 @@ PoseRecord SomeRecord()
     record.frame = {100.0, -200.0, 300.0, 1.0, -0.5, 2.0};
     record.config = {std::numeric_limits<std::int32_t>::min(), -1, 7,
                      std::numeric_limits<std::int32_t>::max()};
-    record.extAxis = {
-        -0.0,  1.5,   std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-        1e300, 5e-324};
+    record.extAxis = {-0.0, 1.5, kNan, kInf, 1e300, 5e-324};
     return record;
 }
 
@@ -90,7 +89,7 @@ TEST(FrameOnFlange, is_the_tools_when_held_else_the_combined_frame_of_the_held_w
         } else if (wobj.heldByRobot != 0) {
             EXPECT_EQ(code, 0u);
             EXPECT_TRUE(SameBits(frame, wobj.combined));
-            EXPECT_TRUE(PoseIs(frame, Of(kUser) * Of(kObject)));
+            EXPECT_TRUE(PoseIs(frame, MatrixOf(kUser) * MatrixOf(kObject)));
         } else {
             EXPECT_EQ(code, 0x6051u);
             EXPECT_TRUE(IsUntouched(frame));
@@ -175,7 +174,7 @@ TEST(ToolRelativePose, keeps_the_record_of_a_held_tool_and_inverts_that_of_a_sta
         if (tool.heldByRobot != 0) {
             EXPECT_TRUE(SameBits(relative.frame, record.frame));
         } else {
-            EXPECT_TRUE(PoseIs(relative.frame, Inverse4(Of(record.frame))));
+            EXPECT_TRUE(PoseIs(relative.frame, RigidInverse(MatrixOf(record.frame))));
         }
     });
 }
@@ -196,7 +195,7 @@ TEST(RelativeTarget, keeps_the_target_of_a_held_tool_and_inverts_that_of_a_stati
         if (tool.heldByRobot != 0) {
             EXPECT_TRUE(SameBits(relative.frame, target.frame));
         } else {
-            EXPECT_TRUE(PoseIs(relative.frame, Inverse4(Of(target.frame))));
+            EXPECT_TRUE(PoseIs(relative.frame, RigidInverse(MatrixOf(target.frame))));
         }
     });
 }
@@ -214,4 +213,18 @@ TEST(InvertFrame, inverts_the_frame_and_keeps_the_rest)
     EXPECT_NEAR(inverted.frame.b, 0.0, 1e-14);
     EXPECT_NEAR(inverted.frame.c, 0.0, 1e-14);
     ExpectKeptExceptFrame(inverted, record);
+}
+
+TEST(InvertFrame, of_any_record_is_the_inverse_matrix_and_undoes_itself)
+{
+    SeededRandom random(8002);
+    for (int i = 0; i < 500; ++i) {
+        SCOPED_TRACE(i);
+        PoseRecord record = SomeRecord();
+        record.frame = RandomPose(random, 900.0);
+        const PoseRecord inverted = InvertFrame(record);
+        EXPECT_TRUE(PoseIs(inverted.frame, RigidInverse(MatrixOf(record.frame)), 1e-9));
+        EXPECT_TRUE(PoseIs(InvertFrame(inverted).frame, MatrixOf(record.frame), 1e-9));
+        ExpectKeptExceptFrame(inverted, record);
+    }
 }

@@ -6,7 +6,8 @@
 #include <string>
 
 #include "chain/inverse_chain.h"
-#include "support/cells.h"
+#include "support/cell_plans.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
@@ -25,8 +26,8 @@ constexpr Pose kWobjFrame{1.0, 2.0, 3.0, 0.1, 0.2, 0.3};
 InverseRequest GoodRequest()
 {
     const Pose toolFrame = CarriedFrame(kPlan);
-    const Mat4 target = Inverse4(WorldFromWobj(kPlan, kWobjFrame)) * WorldFromBase(kPlan) *
-                        BaseFromFlange(kPlan) * Of(toolFrame);
+    const Mat4 target = RigidInverse(WorldFromWobj(kPlan, kWobjFrame)) * WorldFromBase(kPlan) *
+                        BaseFromFlange(kPlan) * MatrixOf(toolFrame);
     return {{PoseOf(target), CellConfig(kPlan), kExtAxis},
             MakeTool(1, toolFrame),
             CellWobj(kPlan, kWobjFrame),
@@ -90,8 +91,8 @@ TEST(WobjToJoint, configuration_beyond_the_limits_fails_silently)
 {
     Store store = MakeCell(kPlan);
     AxisLimits limits = OpenLimits();
-    limits.upper.axis[0] = 170.0 * kDegree;
-    limits.lower.axis[0] = -170.0 * kDegree;
+    limits.upper.axis[0] = InRadians(170.0);
+    limits.lower.axis[0] = InRadians(-170.0);
     ASSERT_EQ(SetAxisLimits(store, limits), KINE_OK);
 
     for (const std::int32_t cfg1 : {4, -5, kMax, std::numeric_limits<std::int32_t>::min()}) {
@@ -117,7 +118,7 @@ TEST(WobjToJoint, configuration_check_does_not_look_at_the_frame)
     EXPECT_EQ(WobjToJoint(MakeCell(kPlan), request, joints), 0u);
     EXPECT_NEAR(joints.axis[0], kAxes[0], 1e-9);
 
-    request.target.frame.x = std::numeric_limits<double>::quiet_NaN();
+    request.target.frame.x = kNan;
     ExpectFailure(MakeCell(kPlan), request, 0x6096u, "IK error 5:24726\n");
 }
 
@@ -138,15 +139,7 @@ TEST(WobjToJoint, hold_conflict_stops_with_line_zero)
 
 TEST(WobjToJoint, unusable_unit_under_the_work_object_stops_with_line_two)
 {
-    Store badKind = MakeCell(kPlan);
-    badKind.mechUnits.units[2].unitKind = 0;
-    Store aboveCount = MakeCell(kPlan);
-    aboveCount.mechUnits.mechUnitCount = 1;
-    Store oneAxis = MakeCell(kPlan);
-    oneAxis.mechUnits.units[2].axisCount = 1;
-    Store badDriver = MakeCell(kPlan);
-    badDriver.mechUnits.units[2].axisParamIndex[1] = 6;
-    for (const Store& store : {badKind, aboveCount, oneAxis, badDriver}) {
+    for (const Store& store : CellsWithBadPositioner(kPlan)) {
         ExpectFailure(store, GoodRequest(), 0x6033u, "IK error 2:24627\n");
     }
     for (const std::int32_t unit : {-1, -128, 3, 127}) {
@@ -172,15 +165,7 @@ TEST(WobjToJoint, bad_mounting_stops_with_line_three)
         ExpectFailure(store, GoodRequest(), 0x6030u, "IK error 3:24624\n");
         ExpectFailure(store, StationaryToolRequest(), 0x6030u, "IK error 3:24624\n");
     }
-    Store badKind = MakeCell(kPlan);
-    badKind.mechUnits.units[1].unitKind = 4;
-    Store badUnit = MakeCell(kPlan);
-    badUnit.mounting.unit = 3;
-    Store noAxis = MakeCell(kPlan);
-    noAxis.mechUnits.units[1].axisCount = 0;
-    Store badDriver = MakeCell(kPlan);
-    badDriver.mechUnits.units[1].axisParamIndex[0] = 6;
-    for (const Store& store : {badKind, badUnit, noAxis, badDriver}) {
+    for (const Store& store : CellsWithBadCarrier(kPlan)) {
         ExpectFailure(store, GoodRequest(), 0x6031u, "IK error 3:24625\n");
     }
     Store atOrigin = MakeCell(kPlan);
@@ -198,8 +183,8 @@ TEST(WobjToJoint, codes_of_the_six_axis_arm_come_with_line_five)
     }
     ExpectFailure(store, TargetInBase({0.0, 0.0, 1700.0, 0.0, 0.0, 0.0}, {}), 0x6096u, "IK error 5:24726\n");
     ExpectFailure(store, TargetInBase({9000.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {}), 0x6097u, "IK error 5:24727\n");
-    const Pose straightWrist =
-        PoseOf(NaiveSixAxisFlange(WristArm().SixAxis, {0.3, -0.2, 0.4, 0.6, 0.0, 0.5, 0.0, 0.0}));
+    const Pose straightWrist = PoseOf(
+        NaiveSixAxisChain(WristArm().SixAxis, std::array<double, 6>{0.3, -0.2, 0.4, 0.6, 0.0, 0.5}).flange);
     ExpectFailure(store, TargetInBase(straightWrist, {}), 0x6098u, "IK error 5:24728\n");
 
     // Limits that let through turn numbers the arm does not serve.
@@ -240,10 +225,8 @@ TEST(WobjToJoint, codes_of_the_four_axis_arms_come_with_line_five)
                       "IK error 5:24723\n");
         ExpectFailure(store, TargetInBase({601.0, 0.0, 60.0, 0.0, 0.0, 0.0}, {1, 0, 0, 0}), 0x6094u,
                       "IK error 5:24724\n");
-        ExpectFailure(
-            store,
-            TargetInBase({400.0, 0.0, std::numeric_limits<double>::quiet_NaN(), 0.0, 0.0, 0.0}, {1, 0, 0, 0}),
-            0x6094u, "IK error 5:24724\n");
+        ExpectFailure(store, TargetInBase({400.0, 0.0, kNan, 0.0, 0.0, 0.0}, {1, 0, 0, 0}), 0x6094u,
+                      "IK error 5:24724\n");
     }
 }
 

@@ -6,9 +6,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
-#include "support/cells.h"
+#include "support/cell_plans.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/stdout_capture.h"
 
@@ -28,7 +28,7 @@ std::array<double, 6> TargetExtAxis()
 {
     std::array<double, 6> extAxis = kExtAxis;
     extAxis[2] = -0.0;
-    extAxis[3] = std::numeric_limits<double>::quiet_NaN();
+    extAxis[3] = kNan;
     return extAxis;
 }
 
@@ -66,8 +66,8 @@ TEST(WobjToJoint, held_tool_in_every_cell)
     for (const CellPlan& plan : AllCellPlans()) {
         SCOPED_TRACE(NameOf(plan));
         const Pose toolFrame = CarriedFrame(plan);
-        const Mat4 target = Inverse4(WorldFromWobj(plan, kWobjFrame)) * WorldFromBase(plan) *
-                            BaseFromFlange(plan) * Of(toolFrame);
+        const Mat4 target = RigidInverse(WorldFromWobj(plan, kWobjFrame)) * WorldFromBase(plan) *
+                            BaseFromFlange(plan) * MatrixOf(toolFrame);
         for (const std::uint8_t toolByte : {std::uint8_t{1}, std::uint8_t{2}, std::uint8_t{255}}) {
             SCOPED_TRACE(int{toolByte});
             ExpectJoints(
@@ -83,8 +83,8 @@ TEST(WobjToJoint, stationary_tool_in_every_cell)
     for (const CellPlan& plan : AllCellPlans()) {
         SCOPED_TRACE(NameOf(plan));
         const Pose held = CarriedFrame(plan);
-        const Mat4 target =
-            Inverse4(WorldFromBase(plan) * BaseFromFlange(plan) * Of(held)) * Of(kStationaryTool);
+        const Mat4 target = RigidInverse(WorldFromBase(plan) * BaseFromFlange(plan) * MatrixOf(held)) *
+                            MatrixOf(kStationaryTool);
         for (const std::uint8_t wobjByte : {std::uint8_t{1}, std::uint8_t{2}, std::uint8_t{255}}) {
             SCOPED_TRACE(int{wobjByte});
             ExpectJoints(MakeCell(plan),
@@ -99,8 +99,8 @@ TEST(WobjToJoint, configuration_of_the_target_selects_the_turns)
 {
     const CellPlan plan{kSix, kOneLinearAxis, kOneRotaryAxis};
     const Pose toolFrame = CarriedFrame(plan);
-    const Mat4 frame = Inverse4(WorldFromWobj(plan, kWobjFrame)) * WorldFromBase(plan) *
-                       BaseFromFlange(plan) * Of(toolFrame);
+    const Mat4 frame = RigidInverse(WorldFromWobj(plan, kWobjFrame)) * WorldFromBase(plan) *
+                       BaseFromFlange(plan) * MatrixOf(toolFrame);
     PoseRecord target = Target(plan, frame);
     target.config = {5, -6, 10, 1};
     std::array<double, 8> axes = kAxes;
@@ -115,7 +115,8 @@ TEST(WobjToJoint, configuration_of_the_target_selects_the_posture)
 {
     const CellPlan plan{kSix, kNoUnit, kNoUnit};
     const Pose toolFrame = CarriedFrame(plan);
-    const Mat4 frame = Inverse4(Of(kWobjFrame)) * WorldFromBase(plan) * BaseFromFlange(plan) * Of(toolFrame);
+    const Mat4 frame =
+        RigidInverse(MatrixOf(kWobjFrame)) * WorldFromBase(plan) * BaseFromFlange(plan) * MatrixOf(toolFrame);
     PoseRecord target = Target(plan, frame);
     std::array<double, 8> axes = kAxes;
     axes[3] += kHalfTurn;  // 1.14 rad, quarter turn 0
@@ -130,17 +131,17 @@ TEST(WobjToJoint, work_object_counts_through_its_combined_frame)
     const CellPlan plan{kSix, kNoUnit, kNoUnit};
     const Pose user{10.0, 20.0, 30.0, 0.4, 0.5, 0.6};
     const Pose object{-7.0, -8.0, -9.0, -0.7, -0.8, -0.9};
-    const Mat4 combined = Of(user) * Of(object);
+    const Mat4 combined = MatrixOf(user) * MatrixOf(object);
     const Mat4 worldFromFlange = WorldFromBase(plan) * BaseFromFlange(plan);
     const Pose toolFrame = CarriedFrame(plan);
     ExpectJoints(MakeCell(plan),
-                 {Target(plan, Inverse4(combined) * worldFromFlange * Of(toolFrame)),
+                 {Target(plan, RigidInverse(combined) * worldFromFlange * MatrixOf(toolFrame)),
                   MakeTool(1, toolFrame),
                   MakeWobj(0, user, object),
                   {}},
                  kAxes, 6);
     ExpectJoints(MakeCell(plan),
-                 {Target(plan, Inverse4(worldFromFlange * combined) * Of(kStationaryTool)),
+                 {Target(plan, RigidInverse(worldFromFlange * combined) * MatrixOf(kStationaryTool)),
                   MakeTool(0, kStationaryTool),
                   MakeWobj(1, user, object),
                   {}},
@@ -154,8 +155,9 @@ TEST(WobjToJoint, positioner_at_the_origin_is_served)
     Store store = MakeCell(plan);
     store.mechUnits.units[2] = MakeUnit(kOneRotaryAxis, {}, {}, 0);
     const Pose toolFrame = CarriedFrame(plan);
-    const Mat4 worldFromWobj = TurnZDeg(kExtAxis[0]) * Of(kWobjFrame);
-    const Mat4 target = Inverse4(worldFromWobj) * WorldFromBase(plan) * BaseFromFlange(plan) * Of(toolFrame);
+    const Mat4 worldFromWobj = TurnZDeg(kExtAxis[0]) * MatrixOf(kWobjFrame);
+    const Mat4 target =
+        RigidInverse(worldFromWobj) * WorldFromBase(plan) * BaseFromFlange(plan) * MatrixOf(toolFrame);
     ExpectJoints(store, {Target(plan, target), MakeTool(1, toolFrame), CellWobj(plan, kWobjFrame), {}}, kAxes,
                  6);
 }
@@ -180,8 +182,9 @@ protected:
     {
         const double out = z * std::cos(0.5);
         const double moment = -98.0 * (400.0 + out);
-        return NaiveSixAxisFlange(
-            Param().SixAxis, {0.0, moment / 2e8, moment / 1e8, 0.0, 0.5 - 98.0 * out / 3e7, 0.0, 0.0, 0.0});
+        return NaiveSixAxisChain(Param().SixAxis, std::array<double, 6>{0.0, moment / 2e8, moment / 1e8, 0.0,
+                                                                        0.5 - 98.0 * out / 3e7, 0.0})
+            .flange;
     }
 
     static Load Weight(double mass, double z)
@@ -201,7 +204,7 @@ TEST_F(SaggingArmInverse, tool_load_and_payload_act_behind_the_tool_frame)
     const Pose toolFrame{0.0, 0.0, 50.0, 0.2, 0.1, -0.3};
     Tool tool = MakeTool(1, toolFrame);
     tool.load = Weight(4.0, 20.0);
-    const PoseRecord target{PoseOf(BentFlange(136.0) * Of(toolFrame)), {0, 0, 0, 0}, {}};
+    const PoseRecord target{PoseOf(BentFlange(136.0) * MatrixOf(toolFrame)), {0, 0, 0, 0}, {}};
     ExpectJoints(ReadyStore(kSix, Param()), {target, tool, MakeWobj(0, {}), Weight(6.0, 30.0)}, kUnbent, 6);
 }
 
@@ -209,7 +212,9 @@ TEST_F(SaggingArmInverse, payload_acts_behind_the_held_work_object)
 {
     const Pose held{0.0, 0.0, 50.0, 0.2, 0.1, -0.3};
     const PoseRecord target{
-        PoseOf(Inverse4(BentFlange(160.0) * Of(held)) * Of(kStationaryTool)), {0, 0, 0, 0}, {}};
+        PoseOf(RigidInverse(BentFlange(160.0) * MatrixOf(held)) * MatrixOf(kStationaryTool)),
+        {0, 0, 0, 0},
+        {}};
     ExpectJoints(ReadyStore(kSix, Param()),
                  {target, MakeTool(0, kStationaryTool), MakeWobj(1, held), Weight(10.0, 30.0)}, kUnbent, 6);
 }

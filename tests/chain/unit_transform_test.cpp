@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <random>
 
 #include "chain/frame_services.h"
 #include "support/naive_arms.h"
@@ -67,7 +66,7 @@ TEST(UnitTransform, second_rotary_axis_rides_on_the_first)
         MakeUnit(kTwoRotaryAxes, {1000.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {200.0, 0.0, 0.0, 0.0, 0.0, 0.0});
     ExpectPlaced(unit, {90.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {1000.0, 210.0, 0.0, kQuarterTurn, 0.0, 0.0});
     ExpectPlaced(unit, {90.0, 60.0, 0.0, 0.0, 0.0, 0.0},
-                 {1000.0 - 5.0 * std::sqrt(3.0), 205.0, 0.0, 150.0 * kDegree, 0.0, 0.0});
+                 {1000.0 - 5.0 * std::sqrt(3.0), 205.0, 0.0, InRadians(150.0), 0.0, 0.0});
     ExpectPlaced(unit, {0.0, 90.0, 0.0, 0.0, 0.0, 0.0}, {1200.0, 10.0, 0.0, kQuarterTurn, 0.0, 0.0});
 }
 
@@ -126,25 +125,31 @@ TEST(UnitTransform, one_external_axis_may_drive_both_axes)
 
 TEST(UnitTransform, random_cells_agree_with_plain_matrices)
 {
-    std::mt19937_64 random(20240611);
+    SeededRandom random(20240611);
     for (int round = 0; round < 500; ++round) {
         SCOPED_TRACE(testing::Message() << "seed 20240611, round " << round);
         const Pose first = RandomPose(random, 2000.0);
         const Pose second = RandomPose(random, 500.0);
         const FrameDescriptor descriptor{3, 0, RandomPose(random, 300.0)};
+        const FrameDescriptor fixed{2, 0, descriptor.frame};
         PoseRecord record{};
         record.frame = RandomPose(random, 400.0);
-        for (double& value : record.extAxis) value = Uniform(random, -720.0, 720.0);
+        for (double& value : record.extAxis) value = random.Uniform(-720.0, 720.0);
+        PoseRecord result{};
+        ASSERT_EQ(FrameToWorld({}, record, fixed, result), 0u);
+        EXPECT_TRUE(PoseIs(result.frame, MatrixOf(fixed.frame) * MatrixOf(record.frame), 1e-8));
+        ASSERT_EQ(WorldToFrame({}, record, fixed, result), 0u);
+        EXPECT_TRUE(PoseIs(result.frame, RigidInverse(MatrixOf(fixed.frame)) * MatrixOf(record.frame), 1e-8));
         for (const std::int32_t kind : kKinds) {
             SCOPED_TRACE(kind);
             const MechUnitBlock units = OneUnit(MakeUnit(kind, first, second, 2, 5));
             const Mat4 worldFromFrame =
-                NaiveUnit(kind, first, second, record.extAxis[2], record.extAxis[5]) * Of(descriptor.frame);
-            PoseRecord result{};
+                NaiveUnit(kind, MatrixOf(first), MatrixOf(second), record.extAxis[2], record.extAxis[5]) *
+                MatrixOf(descriptor.frame);
             ASSERT_EQ(FrameToWorld(units, record, descriptor, result), 0u);
-            EXPECT_TRUE(PoseIs(result.frame, worldFromFrame * Of(record.frame), 1e-8));
+            EXPECT_TRUE(PoseIs(result.frame, worldFromFrame * MatrixOf(record.frame), 1e-8));
             ASSERT_EQ(WorldToFrame(units, record, descriptor, result), 0u);
-            EXPECT_TRUE(PoseIs(result.frame, Inverse4(worldFromFrame) * Of(record.frame), 1e-8));
+            EXPECT_TRUE(PoseIs(result.frame, RigidInverse(worldFromFrame) * MatrixOf(record.frame), 1e-8));
         }
     }
 }

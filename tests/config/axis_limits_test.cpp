@@ -3,9 +3,9 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "config/dispatch.h"
+#include "support/numbers.h"
 #include "support/records.h"
 #include "support/sample_arms.h"
 #include "support/stores.h"
@@ -14,8 +14,6 @@ using namespace kine;
 using namespace kine::test;
 
 namespace {
-
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // Three arms with open limits; one is selected.
 Store ThreeArms(std::int32_t type)
@@ -94,13 +92,12 @@ TEST(SetAxisLimits, each_empty_range_is_opened_alone)
 
 TEST(SetAxisLimits, narrow_and_huge_ranges_are_kept)
 {
-    const double infinity = std::numeric_limits<double>::infinity();
     Store store = ThreeArms(kSix);
     AxisLimits limits = OpenLimits(2.0);
     limits.lower.axis[0] = 0.25;
     limits.upper.axis[0] = std::nextafter(0.25, 1.0);
-    limits.lower.axis[1] = -infinity;
-    limits.upper.axis[1] = infinity;
+    limits.lower.axis[1] = -kInf;
+    limits.upper.axis[1] = kInf;
     limits.lower.axis[2] = -5000.0;
     limits.upper.axis[2] = -4000.0;
     const AxisLimits before = limits;
@@ -113,10 +110,10 @@ TEST(SetAxisLimits, nan_limits_are_kept)
 {
     Store store = ThreeArms(kSix);
     AxisLimits limits = OpenLimits(2.0);
-    limits.lower.axis[0] = kNaN;
-    limits.upper.axis[1] = kNaN;
-    limits.lower.axis[2] = kNaN;
-    limits.upper.axis[2] = kNaN;
+    limits.lower.axis[0] = kNan;
+    limits.upper.axis[1] = kNan;
+    limits.lower.axis[2] = kNan;
+    limits.upper.axis[2] = kNan;
     const AxisLimits before = limits;
     EXPECT_EQ(SetAxisLimits(store, limits), 0u);
     EXPECT_TRUE(SameBits(limits, before));

@@ -6,6 +6,7 @@
 
 #include "config/dispatch.h"
 #include "support/naive_arms.h"
+#include "support/numbers.h"
 #include "support/sample_arms.h"
 #include "support/stores.h"
 
@@ -54,8 +55,8 @@ Store LimitedArm(std::int32_t armType, std::size_t axis, double lowerDeg, double
 {
     Store store = ReadyStore(armType, armType == kSix ? WristArm() : Scara());
     AxisLimits limits = OpenLimits();
-    limits.lower.axis[axis] = lowerDeg * kDegree;
-    limits.upper.axis[axis] = upperDeg * kDegree;
+    limits.lower.axis[axis] = InRadians(lowerDeg);
+    limits.upper.axis[axis] = InRadians(upperDeg);
     EXPECT_EQ(SetAxisLimits(store, limits), KINE_OK);
     return store;
 }
@@ -205,7 +206,7 @@ TEST(CheckArmConfig, fresh_model_allows_two_around_zero)
 // Limits far beyond int32 saturate and still compare without overflow.
 TEST(CheckArmConfig, huge_limits_allow_every_integer)
 {
-    for (const double limit : {1e15, 1e300, std::numeric_limits<double>::infinity()}) {
+    for (const double limit : {1e15, 1e300, kInf}) {
         Store store = ReadyStore(kSix, WristArm());
         AxisLimits limits = OpenLimits(limit);
         ASSERT_EQ(SetAxisLimits(store, limits), KINE_OK);

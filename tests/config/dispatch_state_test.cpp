@@ -198,7 +198,7 @@ TEST(InitModel, unknown_type_is_refused_in_every_state_and_changes_nothing)
             store.arm = {kSix, 2, 6};
             Pose pose{};
             EXPECT_EQ(ForwardKinematics(store, Joints{}, ToolBlock{}, pose), 0u);
-            EXPECT_TRUE(PoseIs(pose, NaiveSixAxisFlange(WristArm().SixAxis, {})));
+            EXPECT_TRUE(PoseIs(pose, NaiveSixAxisChain(WristArm().SixAxis, std::array<double, 6>{}).flange));
         }
     }
 }

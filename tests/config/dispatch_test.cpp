@@ -54,7 +54,7 @@ Joints SomeJoints()
 
 Mat4 ExpectedFlange(std::int32_t type, const Joints& q)
 {
-    if (type == kSix) return NaiveSixAxisFlange(WristArm().SixAxis, q.axis);
+    if (type == kSix) return NaiveSixAxisChain(WristArm().SixAxis, q.axis).flange;
     // Arm type 4110 counts its axis 2 from the folded elbow.
     const double elbow = type == kFour ? q.axis[1] : q.axis[1] + kHalfTurn;
     const KineKinematicParam param = type == kFour ? Scara() : LongScara();
@@ -70,7 +70,7 @@ TEST(ForwardKinematics, reaches_the_model_of_the_type_and_leaves_the_joints_alon
         const Joints joints = SomeJoints();
         Pose pose{};
         EXPECT_EQ(ForwardKinematics(store, joints, kTool, pose), 0u);
-        EXPECT_TRUE(PoseIs(pose, ExpectedFlange(type, joints) * Of(kTool.frame))) << type;
+        EXPECT_TRUE(PoseIs(pose, ExpectedFlange(type, joints) * MatrixOf(kTool.frame))) << type;
         EXPECT_TRUE(SameBits(joints, SomeJoints()));
     }
 }
@@ -80,7 +80,7 @@ TEST(FlangePose, reaches_the_model_of_the_type)
     const Joints q = SomeJoints();
     Pose pose{};
     EXPECT_EQ(FlangePose(ThreeArms(kSix), q, pose), 0u);
-    EXPECT_TRUE(PoseIs(pose, NaiveFrame5(WristArm().SixAxis, q.axis)));
+    EXPECT_TRUE(PoseIs(pose, NaiveSixAxisChain(WristArm().SixAxis, q.axis).frame[5]));
 
     // In the plane, with the heading of the forearm; arm type 4110 takes axis 2 as the elbow angle here.
     Mat4 forearm = NaiveFourAxisFlange(Scara().FourAxis, q.axis[0], q.axis[1], 0.0, 0.0);
@@ -98,12 +98,12 @@ TEST(GetArmConfig, reaches_the_model_of_the_type_and_leaves_the_joints_alone)
 {
     Joints joints{};
     // Degrees: 100, 370, 60, -100, -10, 280.
-    joints.axis = {100.0 * kDegree,
-                   370.0 * kDegree,
-                   60.0 * kDegree,
-                   -100.0 * kDegree,
-                   -10.0 * kDegree,
-                   280.0 * kDegree,
+    joints.axis = {InRadians(100.0),
+                   InRadians(370.0),
+                   InRadians(60.0),
+                   InRadians(-100.0),
+                   InRadians(-10.0),
+                   InRadians(280.0),
                    0.0,
                    0.0};
     const Joints before = joints;
@@ -194,7 +194,7 @@ TEST(InverseKinematics, returns_to_the_joints_of_every_type)
     const Case cases[] = {{kSix, {0, 0, -1, 0}}, {kFour, {-1, 0, 0, 0}}, {k4110, {1, 0, -1, 0}}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.type);
-        const Pose target = PoseOf(ExpectedFlange(c.type, joints) * Of(kTool.frame));
+        const Pose target = PoseOf(ExpectedFlange(c.type, joints) * MatrixOf(kTool.frame));
         Joints solution = Untouched<Joints>();
         EXPECT_EQ(InverseKinematics(ThreeArms(c.type), target, kTool, c.config, solution), 0u);
         for (std::size_t i = 0; i < (c.type == kSix ? 6u : 4u); ++i) {

@@ -92,7 +92,7 @@ TEST(ResetCell, keeps_the_enable_flag_the_arm_and_its_model)
 
     Pose pose{};
     EXPECT_EQ(ForwardKinematics(store, Joints{}, ToolBlock{}, pose), 0u);
-    EXPECT_TRUE(PoseIs(pose, NaiveSixAxisFlange(WristArm().SixAxis, {})));
+    EXPECT_TRUE(PoseIs(pose, NaiveSixAxisChain(WristArm().SixAxis, std::array<double, 6>{}).flange));
     AxisLimits limits{};
     EXPECT_EQ(GetAxisLimits(store, limits), 0u);
     EXPECT_EQ(limits.upper.axis[0], 999.0);

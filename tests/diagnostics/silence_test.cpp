@@ -1,7 +1,7 @@
 // Calls that print nothing.
 #include <gtest/gtest.h>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/sample_arms.h"
 

@@ -4,7 +4,7 @@
 #include <limits>
 #include <string>
 
-#include "support/cell.h"
+#include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/sample_arms.h"
 

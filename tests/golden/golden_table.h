@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "KineDll.h"
+#include "support/records.h"
 
 namespace kine::test {
 
@@ -153,6 +154,45 @@ inline void ExpectConfig(const KinePose& pose, const KineArmConfig& expected)
     EXPECT_EQ(pose.Cfg2, expected.Cfg2);
     EXPECT_EQ(pose.Cfg3, expected.Cfg3);
     EXPECT_EQ(pose.Cfg4, expected.Cfg4);
+}
+
+struct ForwardPoses
+{
+    KinePose tip, vision;
+};
+
+// The tool point in the base, then the vision pose, with one configuration.
+inline ForwardPoses ExpectForward(const KineJoint& joints, const KineTool& tool, const KineLoad& load,
+                                  Row& row)
+{
+    const KineWobj wobj = FixedWobj();
+    KinePose tip = Untouched<KinePose>();
+    EXPECT_EQ(Kine_JointToBasePos(&joints, &tool, &wobj, &load, &tip), KINE_OK);
+    KinePose vision = Untouched<KinePose>();
+    EXPECT_EQ(Kine_FKineVision(&joints, &vision), KINE_OK);
+    ExpectFrameNear(tip.Frame, row.Frame());
+    ExpectFrameNear(vision.Frame, row.Frame());
+    const KineArmConfig config = row.Config();
+    ExpectConfig(tip, config);
+    ExpectConfig(vision, config);
+    return {tip, vision};
+}
+
+// The code and the first kAxes axes of the row; the other axes are 0, and a refusal writes nothing.
+template <std::size_t kAxes>
+void ExpectInverse(const KinePose& target, const KineTool& tool, const KineLoad& load, KineResult code,
+                   Row& row)
+{
+    const KineWobj wobj = FixedWobj();
+    KineJoint joints = Untouched<KineJoint>();
+    EXPECT_EQ(Kine_WobjPosToJoint(&target, &tool, &wobj, &load, &joints), code);
+    const auto expected = row.Numbers<kAxes>();
+    if (code != KINE_OK) {
+        EXPECT_TRUE(IsUntouched(joints));
+        return;
+    }
+    for (std::size_t i = 0; i < kAxes; ++i) EXPECT_NEAR(joints.Axis[i], expected[i], kDegTolerance);
+    for (std::size_t i = kAxes; i < 8; ++i) EXPECT_EQ(joints.Axis[i], 0.0);
 }
 
 inline KinePose TargetOf(const KineFrame& frame, const KineArmConfig& config)

@@ -104,9 +104,9 @@ Matrix6 WithLastBlock(const std::array<std::array<double, 3>, 3>& block)
 
 void ExpectSingular(const Matrix6& m)
 {
-    auto inverse = test::Pattern<Matrix6>();
+    auto inverse = test::Untouched<Matrix6>();
     EXPECT_EQ(Matrix6Inverse(inverse, m), 0.0);
-    EXPECT_TRUE(test::IsPattern(inverse));
+    EXPECT_TRUE(test::IsUntouched(inverse));
 }
 
 TEST(Matrix6, is_thirty_six_doubles_row_by_row)
@@ -122,7 +122,7 @@ TEST(Matrix6, is_thirty_six_doubles_row_by_row)
 TEST(Matrix6Inverse, of_identity_is_identity_with_determinant_one)
 {
     const Matrix6 identity = Diagonal({1.0, 1.0, 1.0, 1.0, 1.0, 1.0});
-    auto inverse = test::Pattern<Matrix6>();
+    auto inverse = test::Untouched<Matrix6>();
     EXPECT_EQ(Matrix6Inverse(inverse, identity), 1.0);
     for (std::size_t i = 0; i < kSize; ++i) {
         for (std::size_t j = 0; j < kSize; ++j) EXPECT_EQ(inverse.m[i][j], i == j ? 1.0 : 0.0);
@@ -131,7 +131,7 @@ TEST(Matrix6Inverse, of_identity_is_identity_with_determinant_one)
 
 TEST(Matrix6Inverse, of_diagonal_powers_of_two_is_exact)
 {
-    auto inverse = test::Pattern<Matrix6>();
+    auto inverse = test::Untouched<Matrix6>();
     EXPECT_EQ(Matrix6Inverse(inverse, Diagonal({2.0, -4.0, 0.5, 8.0, 1.0, -16.0})), 512.0);
     const double expected[kSize] = {0.5, -0.25, 2.0, 0.125, 1.0, -0.0625};
     for (std::size_t i = 0; i < kSize; ++i) {
@@ -146,7 +146,7 @@ TEST(Matrix6Inverse, of_every_scaled_permutation_is_exact_with_the_sign_of_the_p
     Permutation to = Identity();
     do {
         SCOPED_TRACE(::testing::Message() << to[0] << to[1] << to[2] << to[3] << to[4] << to[5]);
-        auto inverse = test::Pattern<Matrix6>();
+        auto inverse = test::Untouched<Matrix6>();
         ASSERT_EQ(Matrix6Inverse(inverse, Permuted(to, kScale)), 32.0 * SignOf(to));
         for (std::size_t i = 0; i < kSize; ++i) {
             for (std::size_t j = 0; j < kSize; ++j) {
@@ -191,7 +191,7 @@ TEST(Matrix6Inverse, may_write_into_its_source)
     Matrix6 inPlace = m;
     const double determinant = Matrix6Inverse(apart, m);
     EXPECT_EQ(Matrix6Inverse(inPlace, inPlace), determinant);
-    EXPECT_TRUE(test::HasSameBits(inPlace, apart));
+    EXPECT_TRUE(test::SameBits(inPlace, apart));
     ExpectIsInverse(inPlace, m, 1e-11);
 }
 
@@ -239,7 +239,7 @@ TEST(Matrix6Inverse, singular_source_in_place_is_left_as_it_was)
     Matrix6 m = Diagonal({1.0, 2.0, 3.0, 4.0, 5.0, 9e-5});
     const Matrix6 before = m;
     EXPECT_EQ(Matrix6Inverse(m, m), 0.0);
-    EXPECT_TRUE(test::HasSameBits(m, before));
+    EXPECT_TRUE(test::SameBits(m, before));
 }
 
 // In the next three, elements of equal size compete for the fourth pivot. All numbers are dyadic, so every

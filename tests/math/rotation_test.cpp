@@ -3,58 +3,37 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 
 #include "math/angles.h"
 #include "support/math_compare.h"
+#include "support/plain_matrix.h"
 #include "support/seeded_random.h"
 
 namespace kine {
 namespace {
 
+using test::Mat4;
+using test::operator*;
 using test::ExpectNear;
 using test::JustAbove;
 using test::JustBelow;
 using test::kNan;
+using test::TurnX;
+using test::TurnY;
+using test::TurnZ;
 
-// The three turns that the angles stand for, and a product written out by indices.
-using Rows = std::array<std::array<double, 3>, 3>;
-
-Rows TurnX(double c)
-{
-    return {{{1.0, 0.0, 0.0}, {0.0, std::cos(c), -std::sin(c)}, {0.0, std::sin(c), std::cos(c)}}};
-}
-
-Rows TurnY(double b)
-{
-    return {{{std::cos(b), 0.0, std::sin(b)}, {0.0, 1.0, 0.0}, {-std::sin(b), 0.0, std::cos(b)}}};
-}
-
-Rows TurnZ(double a)
-{
-    return {{{std::cos(a), -std::sin(a), 0.0}, {std::sin(a), std::cos(a), 0.0}, {0.0, 0.0, 1.0}}};
-}
-
-Rows Product(const Rows& p, const Rows& q)
-{
-    Rows result{};
-    for (std::size_t i = 0; i < 3; ++i) {
-        for (std::size_t j = 0; j < 3; ++j) {
-            for (std::size_t k = 0; k < 3; ++k) result[i][j] += p[i][k] * q[k][j];
-        }
-    }
-    return result;
-}
-
-RotMatrix Packed(const Rows& m)
+// The rotations of plain matrices.
+RotMatrix Packed(const Mat4& m)
 {
     return {m[0][0], m[0][1], m[0][2], m[1][0], m[1][1], m[1][2], m[2][0], m[2][1], m[2][2]};
 }
 
-Rows RandomRows(test::SeededRandom& random)
+Mat4 RandomRows(test::SeededRandom& random)
 {
-    Rows m{};
-    for (auto& row : m) {
-        for (double& element : row) element = random.Uniform(-5.0, 5.0);
+    Mat4 m{};
+    for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t j = 0; j < 3; ++j) m[i][j] = random.Uniform(-5.0, 5.0);
     }
     return m;
 }
@@ -91,10 +70,10 @@ TEST(RotMultiply, is_the_product_of_the_rows_and_columns)
 {
     test::SeededRandom random(41);
     for (int i = 0; i < 100; ++i) {
-        const Rows p = RandomRows(random);
-        const Rows q = RandomRows(random);
+        const Mat4 p = RandomRows(random);
+        const Mat4 q = RandomRows(random);
         SCOPED_TRACE(i);
-        ExpectNear(RotMultiply(Packed(p), Packed(q)), Packed(Product(p, q)), 1e-13);
+        ExpectNear(RotMultiply(Packed(p), Packed(q)), Packed(p * q), 1e-13);
     }
 }
 
@@ -118,7 +97,7 @@ TEST(EulerToRotMatrix, turns_about_x_then_y_then_z)
         const double b = random.Uniform(-7.0, 7.0);
         const double c = random.Uniform(-7.0, 7.0);
         SCOPED_TRACE(::testing::Message() << "a " << a << " b " << b << " c " << c);
-        ExpectNear(EulerToRotMatrix(a, b, c), Packed(Product(TurnZ(a), Product(TurnY(b), TurnX(c)))), 1e-15);
+        ExpectNear(EulerToRotMatrix(a, b, c), Packed(TurnZ(a) * TurnY(b) * TurnX(c)), 1e-15);
     }
 }
 
@@ -146,7 +125,7 @@ TEST(RotMatrixToEuler, returns_the_angles_of_a_regular_rotation)
         const double b = random.Uniform(-1.5, 1.5);
         const double c = random.Uniform(-kPi, kPi);
         SCOPED_TRACE(::testing::Message() << "a " << a << " b " << b << " c " << c);
-        const RotMatrix r = Packed(Product(TurnZ(a), Product(TurnY(b), TurnX(c))));
+        const RotMatrix r = Packed(TurnZ(a) * TurnY(b) * TurnX(c));
         ExpectNear(RotMatrixToEuler(r), {a, b, c}, 1e-14);
         ExpectNear(RotMatrixToEulerExact(r), {a, b, c}, 1e-14);
     }

@@ -6,6 +6,7 @@
 
 #include "math/angles.h"
 #include "support/math_compare.h"
+#include "support/naive_transform.h"
 #include "support/seeded_random.h"
 
 namespace kine {
@@ -13,19 +14,16 @@ namespace {
 
 using test::ExpectNear;
 using test::kNan;
+using test::RandomPose;
 
-Pose RandomPose(test::SeededRandom& random)
-{
-    return {random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0),
-            random.Uniform(-kPi, kPi),     random.Uniform(-1.5, 1.5),     random.Uniform(-kPi, kPi)};
-}
-
-// Any affine transform with a determinant well off zero.
+// Any invertible affine transform: scaled, sheared and mirrored.
 HomMatrix RandomAffine(test::SeededRandom& random)
 {
-    const auto u = [&random] { return random.Uniform(-1.0, 1.0); };
-    return {{3.0 + u(), u(), u(), u(), -4.0 + u(), u(), u(), u(), 5.0 + u()},
-            {9.0 * u(), 9.0 * u(), 9.0 * u()}};
+    for (;;) {
+        const auto u = [&random] { return random.Uniform(-3.0, 3.0); };
+        const HomMatrix m{{u(), u(), u(), u(), u(), u(), u(), u(), u()}, {3.0 * u(), 3.0 * u(), 3.0 * u()}};
+        if (std::fabs(Dot(AxisX(m.r), CrossProduct(AxisY(m.r), AxisZ(m.r)))) > 1.0) return m;
+    }
 }
 
 Vec3 Apply(const HomMatrix& m, const Vec3& p)
@@ -91,8 +89,8 @@ TEST(MatrixToPose, uses_the_tolerant_gimbal_rule)
 TEST(MatrixToPose, undoes_pose_to_matrix)
 {
     test::SeededRandom random(100);
-    for (int i = 0; i < 500; ++i) {
-        const Pose pose = RandomPose(random);
+    for (int i = 0; i < 2000; ++i) {
+        const Pose pose = RandomPose(random, 900.0);
         SCOPED_TRACE(::testing::Message() << pose.a << ' ' << pose.b << ' ' << pose.c);
         ExpectNear(MatrixToPose(PoseToMatrix(pose)), pose, 0.0, 1e-14);
     }
@@ -123,6 +121,20 @@ TEST(MatrixMultiply, maps_points_like_its_factors_in_turn)
     }
 }
 
+TEST(MatrixMultiply, associates_and_has_the_identity_for_neutral_element)
+{
+    test::SeededRandom random(107);
+    for (int i = 0; i < 1000; ++i) {
+        SCOPED_TRACE(i);
+        const HomMatrix a = RandomAffine(random);
+        const HomMatrix b = RandomAffine(random);
+        const HomMatrix c = RandomAffine(random);
+        ExpectNear((a * b) * c, a * (b * c), 1e-11);
+        ExpectNear(a * kIdentity, a, 0.0);
+        ExpectNear(kIdentity * a, a, 0.0);
+    }
+}
+
 TEST(MatrixInverse, of_scaled_block_is_exact)
 {
     const HomMatrix m{{2.0, 0.0, 0.0, 0.0, -4.0, 0.0, 0.0, 0.0, 8.0}, {6.0, 12.0, -16.0}};
@@ -136,33 +148,45 @@ TEST(MatrixInverse, of_sheared_block_is_exact)
     ExpectNear(MatrixInverse(m), {{1.0, -1.0, 2.0, 0.0, 1.0, -2.0, 0.0, 0.0, 1.0}, {-2.0, 1.0, -1.0}}, 0.0);
 }
 
-TEST(MatrixInverse, of_any_affine_transform_gives_the_identity_on_both_sides)
+TEST(MatrixInverse, of_any_transform_gives_the_identity_on_both_sides)
 {
     test::SeededRandom random(102);
-    for (int i = 0; i < 200; ++i) {
-        const HomMatrix m = RandomAffine(random);
+    for (int i = 0; i < 1000; ++i) {
         SCOPED_TRACE(i);
-        ExpectNear(m * MatrixInverse(m), kIdentity, 1e-14);
-        ExpectNear(MatrixInverse(m) * m, kIdentity, 1e-14);
+        const HomMatrix affine = RandomAffine(random);
+        ExpectNear(affine * MatrixInverse(affine), kIdentity, 1e-13);
+        ExpectNear(MatrixInverse(affine) * affine, kIdentity, 1e-13);
+        const HomMatrix rigid = PoseToMatrix(RandomPose(random, 900.0));
+        ExpectNear(rigid * MatrixInverse(rigid), kIdentity, 1e-12);
+        ExpectNear(MatrixInverse(rigid) * rigid, kIdentity, 1e-12);
+        ExpectNear(MatrixInverse(MatrixInverse(rigid)), rigid, 1e-11);
     }
 }
 
 TEST(MatrixInverse, of_product_is_the_product_of_the_inverses_in_reverse)
 {
     test::SeededRandom random(103);
-    for (int i = 0; i < 100; ++i) {
-        const HomMatrix a = PoseToMatrix(RandomPose(random));
-        const HomMatrix b = PoseToMatrix(RandomPose(random));
+    for (int i = 0; i < 1000; ++i) {
         SCOPED_TRACE(i);
+        const HomMatrix a = PoseToMatrix(RandomPose(random, 900.0));
+        const HomMatrix b = PoseToMatrix(RandomPose(random, 900.0));
         ExpectNear(MatrixInverse(a * b), MatrixInverse(b) * MatrixInverse(a), 1e-11);
+        const HomMatrix c = RandomAffine(random);
+        const HomMatrix d = RandomAffine(random);
+        ExpectNear(MatrixInverse(c * d), MatrixInverse(d) * MatrixInverse(c), 1e-9);
     }
 }
 
-TEST(MatrixInverse, of_rigid_transform_has_the_transposed_rotation)
+TEST(MatrixInverse, of_rigid_transform_has_the_transposed_rotation_and_takes_the_origin_back)
 {
     test::SeededRandom random(104);
-    const HomMatrix m = PoseToMatrix(RandomPose(random));
-    ExpectNear(MatrixInverse(m).r, Transpose(m.r), 1e-15);
+    for (int i = 0; i < 1000; ++i) {
+        SCOPED_TRACE(i);
+        const HomMatrix m = PoseToMatrix(RandomPose(random, 900.0));
+        const HomMatrix inverse = MatrixInverse(m);
+        ExpectNear(inverse.r, Transpose(m.r), 1e-15);
+        ExpectNear(Rotate(m.r, inverse.t) + m.t, Vec3{}, 1e-12);
+    }
 }
 
 TEST(MatrixInverse, of_singular_block_is_not_finite)
@@ -186,9 +210,9 @@ TEST(MatrixInverse, of_nan_is_nan)
 TEST(HomMatrix, assignment_copies_all_twelve_elements)
 {
     const HomMatrix source{{0.0, 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0}, {9.0, 10.0, 11.0}};
-    auto destination = test::Pattern<HomMatrix>();
+    auto destination = test::Untouched<HomMatrix>();
     destination = source;
-    EXPECT_TRUE(test::HasSameBits(destination, source));
+    EXPECT_TRUE(test::SameBits(destination, source));
 }
 
 TEST(MatrixTransX, moves_along_x_without_turning)
@@ -216,7 +240,7 @@ TEST(PoseDiff, of_a_pose_with_itself_is_zero)
 {
     test::SeededRandom random(105);
     for (int i = 0; i < 100; ++i) {
-        const Pose pose = RandomPose(random);
+        const Pose pose = RandomPose(random, 900.0);
         SCOPED_TRACE(::testing::Message() << pose.a << ' ' << pose.b << ' ' << pose.c);
         ExpectNear(PoseDiff(pose, pose, kDiffInReference), {}, 0.0, 1e-15);
         ExpectNear(PoseDiff(pose, pose, kInFrameOfFirst), {}, 0.0, 1e-15);
@@ -245,22 +269,22 @@ TEST(PoseDiff, of_any_other_flag_is_in_the_frame_of_the_first_pose)
     const Pose expected = PoseDiff(kFirst, kSecond, kInFrameOfFirst);
     for (const std::int32_t flag : {0, 2, -2, 255, INT32_MAX, INT32_MIN}) {
         SCOPED_TRACE(flag);
-        EXPECT_TRUE(test::HasSameBits(PoseDiff(kFirst, kSecond, flag), expected));
+        EXPECT_TRUE(test::SameBits(PoseDiff(kFirst, kSecond, flag), expected));
     }
 }
 
 TEST(PoseDiff, puts_back_together_what_it_took_apart)
 {
     test::SeededRandom random(106);
-    for (int i = 0; i < 200; ++i) {
-        const Pose p1 = RandomPose(random);
-        const Pose p2 = RandomPose(random);
+    for (int i = 0; i < 1000; ++i) {
+        const Pose p1 = RandomPose(random, 900.0);
+        const Pose p2 = RandomPose(random, 900.0);
         SCOPED_TRACE(i);
         const HomMatrix inFirst = PoseToMatrix(PoseDiff(p1, p2, kInFrameOfFirst));
-        ExpectNear(PoseToMatrix(p1) * inFirst, PoseToMatrix(p2), 1e-9);
+        ExpectNear(PoseToMatrix(p1) * inFirst, PoseToMatrix(p2), 1e-11);
         const Pose inReference = PoseDiff(p1, p2, kDiffInReference);
         const HomMatrix turn = PoseToMatrix({0.0, 0.0, 0.0, inReference.a, inReference.b, inReference.c});
-        ExpectNear((turn * PoseToMatrix(p1)).r, PoseToMatrix(p2).r, 1e-9);
+        ExpectNear((turn * PoseToMatrix(p1)).r, PoseToMatrix(p2).r, 1e-11);
         ExpectNear(Vec3{inReference.x, inReference.y, inReference.z},
                    Vec3{p2.x - p1.x, p2.y - p1.y, p2.z - p1.z}, 0.0);
     }

@@ -40,7 +40,7 @@ KineResult ResultOf(const SixAxisParams& params, const Pose& flange, std::int32_
 
 Pose FlangeOf(const KineKinematicParam& param, const SixAngles& q)
 {
-    return MatrixToPose(test::Packed(test::RefFlange(param.SixAxis, q)));
+    return MatrixToPose(test::ToHom(test::RefFlange(param.SixAxis, q)));
 }
 
 // Upper arm and forearm of 1 mm on joint 1 itself, no flange: the wrist centre is the pose's position.
@@ -68,7 +68,7 @@ TEST(ClosedFormIK, eight_postures_of_a_pose_reproduce_it)
                 continue;
             }
             ++solved;
-            ExpectNear(test::Packed(test::RefFlange(param.SixAxis, FirstSix(axes))), PoseToMatrix(flange),
+            ExpectNear(test::ToHom(test::RefFlange(param.SixAxis, FirstSix(axes))), PoseToMatrix(flange),
                        1e-8);
             EXPECT_EQ(SixAxisArmConfig(params, FirstSix(axes)).Cfg4, cfg4);
             EXPECT_EQ(axes[6], 0.0);
@@ -112,7 +112,7 @@ TEST(ClosedFormIK, eight_solutions_of_the_puma_are_distinct)
         SCOPED_TRACE(cfg4);
         ASSERT_EQ(ClosedFormIK(params, flange, Posture(static_cast<std::int32_t>(cfg4)), solutions[cfg4]),
                   KINE_OK);
-        ExpectNear(test::Packed(test::RefFlange(test::Puma().SixAxis, FirstSix(solutions[cfg4]))),
+        ExpectNear(test::ToHom(test::RefFlange(test::Puma().SixAxis, FirstSix(solutions[cfg4]))),
                    PoseToMatrix(flange), 1e-9);
         for (std::size_t other = 0; other < cfg4; ++other) {
             double apart = 0.0;
@@ -155,9 +155,9 @@ TEST(ClosedFormIK, posture_number_outside_0_to_7_is_0x6090)
     const Pose reachable{1.0, 0.0, 1.0, 0.3, 0.4, 0.5};
     for (const std::int32_t cfg4 : {-1, 8, 9, 16, -8, INT32_MAX, INT32_MIN}) {
         SCOPED_TRACE(cfg4);
-        auto axes = test::Pattern<Axes>();
+        auto axes = test::Untouched<Axes>();
         EXPECT_EQ(ClosedFormIK(UnitArm(), reachable, Posture(cfg4), axes), 0x6090U);
-        EXPECT_TRUE(test::IsPattern(axes));
+        EXPECT_TRUE(test::IsUntouched(axes));
     }
     for (std::int32_t cfg4 = 0; cfg4 <= 7; ++cfg4) EXPECT_EQ(ResultOf(UnitArm(), reachable, cfg4), KINE_OK);
 }
@@ -254,9 +254,9 @@ TEST(ClosedFormIK, joint_5_at_zero_or_half_a_turn_is_0x6098_in_every_posture_of_
         const SixAxisParams params = ParamsOf(test::WristArm());
         for (const std::int32_t wrist : {0, 1}) {
             const KineArmConfig config = WithPosture(SixAxisArmConfig(params, q), wrist);
-            auto axes = test::Pattern<Axes>();
+            auto axes = test::Untouched<Axes>();
             EXPECT_EQ(ClosedFormIK(params, FlangeOf(test::WristArm(), q), config, axes), 0x6098U);
-            EXPECT_TRUE(test::IsPattern(axes));
+            EXPECT_TRUE(test::IsUntouched(axes));
         }
     }
     // arccos 0.99999 = 0.00447216...
@@ -359,10 +359,10 @@ TEST(ClosedFormIK, fails_closed_on_nan_and_infinity)
         for (auto field : kFields) {
             Pose flange = FlangeOf(test::WristArm(), {0.3, -0.4, 0.5, 0.6, 0.7, 0.8});
             flange.*field = bad;
-            auto axes = test::Pattern<Axes>();
+            auto axes = test::Untouched<Axes>();
             const KineResult code = ClosedFormIK(params, flange, Posture(0), axes);
             EXPECT_TRUE(code == 0x6096U || code == 0x6097U || code == 0x6098U) << code;
-            EXPECT_TRUE(test::IsPattern(axes));
+            EXPECT_TRUE(test::IsUntouched(axes));
         }
     }
     EXPECT_EQ(ResultOf(params, {500.0, 0.0, kNan, 0.1, 0.2, 0.3}, 0), 0x6097U);
@@ -382,9 +382,9 @@ TEST(ClosedFormIK, fails_closed_on_a_block_with_nan)
     for (const auto& c : cases) {
         SixAxisParams params = ParamsOf(test::WristArm());
         params.*c.field = kNan;
-        auto axes = test::Pattern<Axes>();
+        auto axes = test::Untouched<Axes>();
         EXPECT_EQ(ClosedFormIK(params, flange, Posture(0), axes), c.code);
-        EXPECT_TRUE(test::IsPattern(axes));
+        EXPECT_TRUE(test::IsUntouched(axes));
     }
 }
 

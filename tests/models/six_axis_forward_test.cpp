@@ -129,7 +129,7 @@ TEST(SixAxisToolPose, is_the_product_of_links_and_tool_on_the_bent_arm)
         const ToolBlock tool = RandomTool(random);
         SCOPED_TRACE(::testing::Message() << i << ": " << q[0] << ' ' << q[1] << ' ' << q[2] << ' ' << q[3]
                                           << ' ' << q[4] << ' ' << q[5]);
-        const HomMatrix expected = test::Packed(test::RefToolPoint(param.SixAxis, q, tool));
+        const HomMatrix expected = test::ToHom(test::RefToolPoint(param.SixAxis, q, tool));
         ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), q, tool)), expected, 1e-8);
     }
 }
@@ -142,7 +142,7 @@ TEST(SixAxisFrame5Pose, is_the_product_of_five_links_bent_by_their_own_weight)
         const SixAngles q = RandomAngles(random);
         SCOPED_TRACE(i);
         const test::RefAngles bent = test::RefBent(param.SixAxis, q, CombinedLoad{});
-        const HomMatrix expected = test::Packed(test::RefChainOf(param.SixAxis, bent).frame[5]);
+        const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, bent).frame[5]);
         ExpectNear(PoseToMatrix(SixAxisFrame5Pose(ParamsOf(param), q)), expected, 1e-8);
     }
 }
@@ -153,7 +153,7 @@ TEST(SixAxisFrame5Pose, is_the_same_for_any_joint_6)
     const Pose expected = SixAxisFrame5Pose(params, {0.1, 0.2, 0.3, 0.4, 0.5, 0.0});
     for (const double q6 : {0.6, -3.0, 100.0}) {
         SCOPED_TRACE(q6);
-        EXPECT_TRUE(test::HasSameBits(SixAxisFrame5Pose(params, {0.1, 0.2, 0.3, 0.4, 0.5, q6}), expected));
+        EXPECT_TRUE(test::SameBits(SixAxisFrame5Pose(params, {0.1, 0.2, 0.3, 0.4, 0.5, q6}), expected));
     }
 }
 
@@ -173,7 +173,7 @@ TEST(SixAxisToolPose, of_very_stiff_joints_is_the_plain_chain)
     param.SixAxis.k3 = 1e18;
     param.SixAxis.k5 = 1e18;
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
-    const HomMatrix expected = test::Packed(test::RefChainOf(param.SixAxis, q).flange);
+    const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, q).flange);
     ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), q, Carrying(50.0, {0.1, 0.1, 0.1}))), expected,
                1e-9);
 }
@@ -184,7 +184,7 @@ TEST(SixAxisToolPose, of_zero_stiffness_in_any_joint_is_the_plain_chain)
     for (auto stiffness : {&KineSixAxisParam::k2, &KineSixAxisParam::k3, &KineSixAxisParam::k5}) {
         KineKinematicParam param = test::CalibratedWristArm();
         param.SixAxis.*stiffness = 0.0;
-        const HomMatrix expected = test::Packed(test::RefChainOf(param.SixAxis, q).flange);
+        const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, q).flange);
         ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), q, Carrying(5.0, {}))), expected, 1e-9);
     }
 }
@@ -219,7 +219,7 @@ TEST(SixAxisToolPose, is_unaffected_by_the_lateral_offset)
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
     const Pose expected = SixAxisToolPose(ParamsOf(param), q, NoTool());
     param.SixAxis.lateralOffset = kNan;
-    EXPECT_TRUE(test::HasSameBits(SixAxisToolPose(ParamsOf(param), q, NoTool()), expected));
+    EXPECT_TRUE(test::SameBits(SixAxisToolPose(ParamsOf(param), q, NoTool()), expected));
 }
 
 TEST(SixAxisToolPose, passes_nan_and_infinity_on)
@@ -242,7 +242,7 @@ TEST(SixAxisFrame5Pose, of_nan_in_joint_6_is_bent_by_nothing)
     // The deflection is not defined then, and the arm counts as rigid.
     const KineKinematicParam param = test::CalibratedWristArm();
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, kNan};
-    const HomMatrix expected = test::Packed(test::RefChainOf(param.SixAxis, q).frame[5]);
+    const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, q).frame[5]);
     ExpectNear(PoseToMatrix(SixAxisFrame5Pose(ParamsOf(param), q)), expected, 1e-9);
 }
 
@@ -254,14 +254,14 @@ TEST(WalkLinks, gives_the_axis_of_every_joint)
         const SixAngles q = RandomAngles(random);
         SCOPED_TRACE(i);
         const LinkChain chain = WalkLinks(ParamsOf(param), q);
-        const test::RefChain expected = test::RefChainOf(param.SixAxis, q);
+        const test::SixAxisChain expected = test::NaiveSixAxisChain(param.SixAxis, q);
         for (std::size_t j = 0; j < 6; ++j) {
-            const HomMatrix frame = test::Packed(expected.frame[j]);
+            const HomMatrix frame = test::ToHom(expected.frame[j]);
             ExpectNear(chain.joints[j].direction, AxisZ(frame.r), 1e-13);
             ExpectNear(chain.joints[j].origin, frame.t, 1e-10);
         }
-        ExpectNear(chain.baseFromFrame5, test::Packed(expected.frame[5]), 1e-10);
-        ExpectNear(chain.baseFromFlange, test::Packed(expected.flange), 1e-10);
+        ExpectNear(chain.baseFromFrame5, test::ToHom(expected.frame[5]), 1e-10);
+        ExpectNear(chain.baseFromFlange, test::ToHom(expected.flange), 1e-10);
     }
 }
 

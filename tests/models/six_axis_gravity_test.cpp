@@ -11,6 +11,7 @@
 namespace kine {
 namespace {
 
+using test::InRadians;
 using test::JustAbove;
 using test::JustBelow;
 using test::kInf;
@@ -135,7 +136,8 @@ TEST(GravityDeflection, is_unaffected_by_what_only_the_calibrated_chain_has)
     const CombinedLoad load = RandomLoad(random);
     KineKinematicParam param = RandomGravityArm(random);
     Deflection before{};
-    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, before), KINE_OK);
+    DeflectionGradient gradientBefore{};
+    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, before, gradientBefore), KINE_OK);
     for (auto field : {&KineSixAxisParam::d1, &KineSixAxisParam::lateralOffset, &KineSixAxisParam::alpha1,
                        &KineSixAxisParam::alpha2, &KineSixAxisParam::alpha3, &KineSixAxisParam::alpha4,
                        &KineSixAxisParam::alpha5, &KineSixAxisParam::beta2, &KineSixAxisParam::d3,
@@ -143,8 +145,10 @@ TEST(GravityDeflection, is_unaffected_by_what_only_the_calibrated_chain_has)
         param.SixAxis.*field += 33.0;
     }
     Deflection after{};
-    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, after), KINE_OK);
-    EXPECT_TRUE(test::HasSameBits(before, after));
+    DeflectionGradient gradientAfter{};
+    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, after, gradientAfter), KINE_OK);
+    EXPECT_TRUE(test::SameBits(before, after));
+    EXPECT_TRUE(test::SameBits(gradientBefore, gradientAfter));
 }
 
 // One link coefficient of 1000 N mm at a time.
@@ -157,8 +161,7 @@ Torques TorquesOfWeight(std::size_t index, const SixAngles& q, double mountX = 0
 }
 
 // q2 = -60 degrees: theta2 = 30. q3 = 30: A = 60. q4 = 60. q5 = 30.
-constexpr double kDegree = 0.017453292519943295;
-constexpr SixAngles kBentArm{0.4, -60 * kDegree, 30 * kDegree, 60 * kDegree, 30 * kDegree, 0.7};
+constexpr SixAngles kBentArm{0.4, InRadians(-60), InRadians(30), InRadians(60), InRadians(30), 0.7};
 
 TEST(GravityDeflection, of_link_weights_follows_their_coefficients)
 {
@@ -223,7 +226,7 @@ TEST(GravityDeflection, reads_mass_and_centre_of_the_load_only)
     const Torques expected = TorquesOf(SoftArm(), kBentArm, load);
     load.aom = {kNan, kNan, kNan};
     load.inertia = {kNan, kInf, -1.0};
-    EXPECT_TRUE(test::HasSameBits(TorquesOf(SoftArm(), kBentArm, load), expected));
+    EXPECT_TRUE(test::SameBits(TorquesOf(SoftArm(), kBentArm, load), expected));
 }
 
 // At q = 0 the torques T2 = G1, T3 = G3 (in T2 too) and T5 = -G5 come out of exact sines. With a weight of 1
@@ -266,9 +269,9 @@ TEST(GravityDeflection, of_two_degrees_or_more_is_0x6091_and_zero)
         SCOPED_TRACE(limit);
         for (const Softness& c :
              {Softness{limit, 0.0, 0.0}, Softness{0.0, limit, 0.0}, Softness{0.0, 0.0, limit}}) {
-            auto d = test::Pattern<Deflection>();
+            auto d = test::Untouched<Deflection>();
             EXPECT_EQ(ResultAtZero(c, d), 0x6091U);
-            EXPECT_TRUE(test::HasSameBits(d, Deflection{}));
+            EXPECT_TRUE(test::SameBits(d, Deflection{}));
         }
     }
 }
@@ -302,17 +305,17 @@ TEST(GravityDeflection, of_nan_or_infinity_is_0x6091_and_zero)
         for (std::size_t i = 0; i < 6; ++i) {
             SixAngles q = kBentArm;
             q[i] = bad;
-            auto d = test::Pattern<Deflection>();
-            auto gradient = test::Pattern<DeflectionGradient>();
+            auto d = test::Untouched<Deflection>();
+            auto gradient = test::Untouched<DeflectionGradient>();
             EXPECT_EQ(GravityDeflection(params, q, LoadOf(5.0, {}), d, gradient), 0x6091U) << i;
-            EXPECT_TRUE(test::HasSameBits(d, Deflection{}));
-            EXPECT_TRUE(test::HasSameBits(gradient, DeflectionGradient{}));
+            EXPECT_TRUE(test::SameBits(d, Deflection{}));
+            EXPECT_TRUE(test::SameBits(gradient, DeflectionGradient{}));
         }
         for (const CombinedLoad& load : {LoadOf(bad, {}), LoadOf(5.0, {bad, 0.0, 0.0}),
                                          LoadOf(5.0, {0.0, bad, 0.0}), LoadOf(5.0, {0.0, 0.0, bad})}) {
             Deflection d{};
             EXPECT_EQ(GravityDeflection(params, kBentArm, load, d), 0x6091U);
-            EXPECT_TRUE(test::HasSameBits(d, Deflection{}));
+            EXPECT_TRUE(test::SameBits(d, Deflection{}));
         }
     }
 }
@@ -329,7 +332,7 @@ TEST(GravityDeflection, with_gradient_is_the_same_deflection)
         DeflectionGradient gradient{};
         ASSERT_EQ(GravityDeflection(params, q, load, alone), KINE_OK);
         ASSERT_EQ(GravityDeflection(params, q, load, together, gradient), KINE_OK);
-        EXPECT_TRUE(test::HasSameBits(alone, together));
+        EXPECT_TRUE(test::SameBits(alone, together));
     }
 }
 
@@ -388,7 +391,7 @@ TEST(GravityDeflection, gradient_of_the_highest_deflection_that_is_applied_is_no
     EXPECT_NEAR(gradient.q2[1], std::sin(0.5) * params.c2, 1e-15);
     params.c2 = kLimit;
     ASSERT_EQ(GravityDeflection(params, q, CombinedLoad{}, d, gradient), 0x6091U);
-    EXPECT_TRUE(test::HasSameBits(gradient, DeflectionGradient{}));
+    EXPECT_TRUE(test::SameBits(gradient, DeflectionGradient{}));
 }
 
 }  // namespace

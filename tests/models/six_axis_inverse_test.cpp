@@ -29,15 +29,15 @@ SixAngles FirstSix(const Axes& axes) { return {axes[0], axes[1], axes[2], axes[3
 
 Pose PoseOf(const KineKinematicParam& param, const SixAngles& q, const ToolBlock& tool)
 {
-    return MatrixToPose(test::Packed(test::RefToolPoint(param.SixAxis, q, tool)));
+    return MatrixToPose(test::ToHom(test::RefToolPoint(param.SixAxis, q, tool)));
 }
 
 void ExpectFails(const SixAxisParams& params, const Pose& target, const ToolBlock& tool,
                  const KineArmConfig& config, KineResult code)
 {
-    auto axes = test::Pattern<Axes>();
+    auto axes = test::Untouched<Axes>();
     EXPECT_EQ(SixAxisInverse(params, target, tool, config, axes), code);
-    EXPECT_TRUE(test::IsPattern(axes));
+    EXPECT_TRUE(test::IsUntouched(axes));
 }
 
 // Joints in the range in which a configuration names them uniquely, off the singularities.
@@ -60,7 +60,7 @@ void ExpectRoundTrips(const KineKinematicParam& param, const ToolBlock& tool, st
         SixAngles q{};
         if (!DrawJoints(random, params, q)) continue;
         SCOPED_TRACE(test::Shown(q));
-        auto axes = test::Pattern<Axes>();
+        auto axes = test::Untouched<Axes>();
         ASSERT_EQ(SixAxisInverse(params, PoseOf(param, q, tool), tool, SixAxisArmConfig(params, q), axes),
                   KINE_OK);
         for (std::size_t j = 0; j < 6; ++j) EXPECT_NEAR(axes[j], q[j], tolerance);
@@ -103,7 +103,7 @@ TEST(SixAxisInverse, eight_postures_of_several_poses_reproduce_them)
             SCOPED_TRACE(test::Shown(q) + " posture " + std::to_string(cfg4));
             Axes axes{};
             ASSERT_EQ(SixAxisInverse(params, target, kHeavyTool, {0, 0, 0, cfg4}, axes), KINE_OK);
-            ExpectNear(test::Packed(test::RefToolPoint(param.SixAxis, FirstSix(axes), kHeavyTool)),
+            ExpectNear(test::ToHom(test::RefToolPoint(param.SixAxis, FirstSix(axes), kHeavyTool)),
                        PoseToMatrix(target), 1e-8);
             EXPECT_EQ(SixAxisArmConfig(params, FirstSix(axes)).Cfg4, cfg4);
         }
@@ -121,7 +121,7 @@ TEST(SixAxisInverse, uses_the_payload_of_the_tool_block)
     Axes axes{};
     ASSERT_EQ(SixAxisInverse(params, target, light, kSampleConfig, axes), KINE_OK);
     EXPECT_GT(std::fabs(axes[1] - kSample[1]), 1e-5);
-    ExpectNear(test::Packed(test::RefToolPoint(param.SixAxis, FirstSix(axes), light)), PoseToMatrix(target),
+    ExpectNear(test::ToHom(test::RefToolPoint(param.SixAxis, FirstSix(axes), light)), PoseToMatrix(target),
                1e-8);
 }
 
@@ -129,7 +129,7 @@ TEST(SixAxisInverse, of_a_load_that_is_no_number_takes_the_arm_as_rigid)
 {
     // As the forward operation does.
     const KineKinematicParam param = test::CalibratedWristArm();
-    const Pose target = MatrixToPose(test::Packed(test::RefChainOf(param.SixAxis, kSample).flange));
+    const Pose target = MatrixToPose(test::ToHom(test::NaiveSixAxisChain(param.SixAxis, kSample).flange));
     for (const double bad : {kNan, kInf}) {
         ToolBlock tool{};
         tool.load.mass = bad;
@@ -187,11 +187,11 @@ TEST(SixAxisInverse, of_full_chain_with_nan_is_0x6095)
         for (const double bad : {kNan, kInf}) {
             KineKinematicParam param = test::WristArm();
             param.SixAxis.*field = bad;
-            auto axes = test::Pattern<Axes>();
+            auto axes = test::Untouched<Axes>();
             const KineResult code = SixAxisInverse(ParamsOf(param), target, {}, kSampleConfig, axes);
             EXPECT_TRUE(code == 0x6095U || code == 0x6099U || code == 0x609AU) << code;
             EXPECT_EQ(code == 0x6095U || bad == kInf, true) << code;
-            EXPECT_TRUE(test::IsPattern(axes));
+            EXPECT_TRUE(test::IsUntouched(axes));
         }
     }
 }
@@ -223,18 +223,18 @@ TEST(SixAxisInverse, of_twists_with_the_opposite_signs_does_not_converge)
     for (int i = 0; i < 100; ++i) {
         const SixAngles q = test::RandomAngles(random, 1.2);
         SCOPED_TRACE(test::Shown(q));
-        auto axes = test::Pattern<Axes>();
+        auto axes = test::Untouched<Axes>();
         const Pose target = PoseOf(param, q, {});
         if (SixAxisInverse(nominal, target, {}, {0, 0, 0, 0}, axes) != KINE_OK) continue;
-        axes = test::Pattern<Axes>();
+        axes = test::Untouched<Axes>();
         const KineResult code = SixAxisInverse(params, target, {}, {0, 0, 0, 0}, axes);
         if (code == KINE_OK) {
-            ExpectNear(test::Packed(test::RefToolPoint(p, FirstSix(axes), {})), PoseToMatrix(target), 10.0);
+            ExpectNear(test::ToHom(test::RefToolPoint(p, FirstSix(axes), {})), PoseToMatrix(target), 10.0);
             continue;
         }
         ++failed;
         EXPECT_TRUE(code == 0x6099U || code == 0x609AU) << code;
-        EXPECT_TRUE(test::IsPattern(axes));
+        EXPECT_TRUE(test::IsUntouched(axes));
     }
     EXPECT_GT(failed, 20);
 }
@@ -244,10 +244,10 @@ TEST(SixAxisInverse, fails_closed_on_nan_and_infinity_in_target_and_tool_frame)
     const SixAxisParams params = ParamsOf(test::CalibratedWristArm());
     constexpr double Pose::*kFields[] = {&Pose::x, &Pose::y, &Pose::z, &Pose::a, &Pose::b, &Pose::c};
     const auto expectRefused = [&params](const Pose& target, const ToolBlock& tool) {
-        auto axes = test::Pattern<Axes>();
+        auto axes = test::Untouched<Axes>();
         const KineResult code = SixAxisInverse(params, target, tool, kSampleConfig, axes);
         EXPECT_TRUE(code == 0x6096U || code == 0x6097U || code == 0x6098U) << code;
-        EXPECT_TRUE(test::IsPattern(axes));
+        EXPECT_TRUE(test::IsUntouched(axes));
     };
     for (const double bad : {kNan, kInf, -kInf}) {
         for (auto field : kFields) {
@@ -272,9 +272,9 @@ TEST(SixAxisInverse, never_returns_an_axis_that_is_not_finite)
             std::memcpy(reinterpret_cast<unsigned char*>(&param) + at * sizeof bad, &bad, sizeof bad);
             SixAxisParams params{};
             if (InitSixAxisParams(6, &param, params) != KINE_OK) continue;
-            auto axes = test::Pattern<Axes>();
+            auto axes = test::Untouched<Axes>();
             if (SixAxisInverse(params, target, kHeavyTool, kSampleConfig, axes) != KINE_OK) {
-                EXPECT_TRUE(test::IsPattern(axes));
+                EXPECT_TRUE(test::IsUntouched(axes));
                 continue;
             }
             for (const double axis : axes) EXPECT_TRUE(std::isfinite(axis));

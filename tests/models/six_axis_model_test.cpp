@@ -22,7 +22,7 @@ SixAxisModel ModelOf(const KineKinematicParam& param)
 // Axes 7 and 8 and the external axes carry numbers that must neither be used nor changed.
 Joints JointsOf(const SixAngles& q)
 {
-    Joints joints = test::Pattern<Joints>();
+    Joints joints = test::Untouched<Joints>();
     for (std::size_t i = 0; i < 6; ++i) joints.axis[i] = q[i];
     return joints;
 }
@@ -52,7 +52,7 @@ TEST(SixAxisModel, init_of_another_arm_type_is_0x6000_and_touches_nothing)
     EXPECT_EQ(model.InitModel(6, nullptr), 0x6000U);
 
     Joints joints = JointsOf(kSample);
-    const HomMatrix expected = test::Packed(test::RefFlange(test::WristArm().SixAxis, kSample));
+    const HomMatrix expected = test::ToHom(test::RefFlange(test::WristArm().SixAxis, kSample));
     ExpectNear(PoseToMatrix(model.ForwardKinematics(joints, {})), expected, 1e-9);
     AxisLimits limits{};
     model.GetAxisLimits(limits);
@@ -82,19 +82,19 @@ TEST(SixAxisModel, limits_come_back_as_given_for_six_axes)
 {
     SixAxisModel model = ModelOf(test::WristArm());
     model.SetAxisLimits(NumberedLimits());
-    AxisLimits limits = test::Pattern<AxisLimits>();
+    AxisLimits limits = test::Untouched<AxisLimits>();
     model.GetAxisLimits(limits);
-    const AxisLimits untouched = test::Pattern<AxisLimits>();
+    const AxisLimits untouched = test::Untouched<AxisLimits>();
     for (std::size_t i = 0; i < 6; ++i) {
         EXPECT_EQ(limits.upper.axis[i], 10.0 + static_cast<double>(i));
         EXPECT_EQ(limits.lower.axis[i], -20.0 - static_cast<double>(i));
     }
     for (std::size_t i = 6; i < 8; ++i) {
-        EXPECT_TRUE(test::HasSameBits(limits.upper.axis[i], untouched.upper.axis[i]));
-        EXPECT_TRUE(test::HasSameBits(limits.lower.axis[i], untouched.lower.axis[i]));
+        EXPECT_TRUE(test::SameBits(limits.upper.axis[i], untouched.upper.axis[i]));
+        EXPECT_TRUE(test::SameBits(limits.lower.axis[i], untouched.lower.axis[i]));
     }
-    EXPECT_TRUE(test::HasSameBits(limits.upper.extAxis, untouched.upper.extAxis));
-    EXPECT_TRUE(test::HasSameBits(limits.lower.extAxis, untouched.lower.extAxis));
+    EXPECT_TRUE(test::SameBits(limits.upper.extAxis, untouched.upper.extAxis));
+    EXPECT_TRUE(test::SameBits(limits.lower.extAxis, untouched.lower.extAxis));
 }
 
 TEST(SixAxisModel, limits_are_stored_without_a_check)
@@ -107,7 +107,7 @@ TEST(SixAxisModel, limits_are_stored_without_a_check)
     model.SetAxisLimits(limits);
     AxisLimits stored{};
     model.GetAxisLimits(stored);
-    EXPECT_TRUE(test::HasSameBits(stored, limits));
+    EXPECT_TRUE(test::SameBits(stored, limits));
 }
 
 TEST(SixAxisModel, every_init_clears_the_limits)
@@ -135,7 +135,7 @@ TEST(SixAxisModel, limits_do_not_bound_any_operation)
     limits.upper.axis.fill(-50.0);
     limits.lower.axis.fill(-60.0);
     model.SetAxisLimits(limits);
-    EXPECT_TRUE(test::HasSameBits(model.ForwardKinematics(joints, {}), before));
+    EXPECT_TRUE(test::SameBits(model.ForwardKinematics(joints, {}), before));
     Joints solved{};
     EXPECT_EQ(model.InverseKinematics(before, {}, {0, 0, 0, 0}, solved), KINE_OK);
     EXPECT_NEAR(solved.axis[0], 0.3, 1e-9);
@@ -148,11 +148,11 @@ TEST(SixAxisModel, forward_operations_use_six_axes_and_change_no_joint)
     const ToolBlock tool{{50.0, -30.0, 120.0, 0.4, -0.5, 0.6}, {12.0, {0.02, -0.05, 0.11}, {}, {}}};
     Joints joints = JointsOf(kSample);
     ExpectNear(PoseToMatrix(model.ForwardKinematics(joints, tool)),
-               test::Packed(test::RefToolPoint(record, kSample, tool)), 1e-9);
+               test::ToHom(test::RefToolPoint(record, kSample, tool)), 1e-9);
     const test::RefAngles bent = test::RefBent(record, kSample, {});
-    ExpectNear(PoseToMatrix(model.FlangePose(joints)), test::Packed(test::RefChainOf(record, bent).frame[5]),
-               1e-9);
-    EXPECT_TRUE(test::HasSameBits(joints, JointsOf(kSample)));
+    ExpectNear(PoseToMatrix(model.FlangePose(joints)),
+               test::ToHom(test::NaiveSixAxisChain(record, bent).frame[5]), 1e-9);
+    EXPECT_TRUE(test::SameBits(joints, JointsOf(kSample)));
 }
 
 TEST(SixAxisModel, configuration_and_singularity_use_six_axes_and_change_no_joint)
@@ -166,7 +166,7 @@ TEST(SixAxisModel, configuration_and_singularity_use_six_axes_and_change_no_join
     EXPECT_EQ(config.Cfg3, 4);
     EXPECT_EQ(config.Cfg4, 1);
     EXPECT_EQ(model.IsSingularity(joints, 0), 0U);
-    EXPECT_TRUE(test::HasSameBits(joints, JointsOf({2.0, -0.4, 0.5, -2.0, -0.7, 7.0})));
+    EXPECT_TRUE(test::SameBits(joints, JointsOf({2.0, -0.4, 0.5, -2.0, -0.7, 7.0})));
     joints.axis[4] = 0.0;
     EXPECT_EQ(model.IsSingularity(joints, 0), 4U);
     EXPECT_EQ(model.IsSingularity(joints, 1), 4U);
@@ -177,21 +177,21 @@ TEST(SixAxisModel, configuration_and_singularity_use_six_axes_and_change_no_join
 TEST(SixAxisModel, inverse_writes_eight_axes_and_no_external_axis)
 {
     const SixAxisModel model = ModelOf(test::WristArm());
-    const Pose target = MatrixToPose(test::Packed(test::RefFlange(test::WristArm().SixAxis, kSample)));
-    Joints joints = test::Pattern<Joints>();
+    const Pose target = MatrixToPose(test::ToHom(test::RefFlange(test::WristArm().SixAxis, kSample)));
+    Joints joints = test::Untouched<Joints>();
     ASSERT_EQ(model.InverseKinematics(target, {}, {0, 0, 0, 0}, joints), KINE_OK);
     for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(joints.axis[i], kSample[i], 1e-10);
     EXPECT_EQ(joints.axis[6], 0.0);
     EXPECT_EQ(joints.axis[7], 0.0);
-    EXPECT_TRUE(test::HasSameBits(joints.extAxis, test::Pattern<Joints>().extAxis));
+    EXPECT_TRUE(test::SameBits(joints.extAxis, test::Untouched<Joints>().extAxis));
 }
 
 TEST(SixAxisModel, inverse_that_fails_writes_nothing)
 {
     const SixAxisModel model = ModelOf(test::WristArm());
-    Joints joints = test::Pattern<Joints>();
+    Joints joints = test::Untouched<Joints>();
     EXPECT_EQ(model.InverseKinematics({9000.0, 0.0, 0.0, 0.1, 0.2, 0.3}, {}, {0, 0, 0, 0}, joints), 0x6097U);
-    EXPECT_TRUE(test::IsPattern(joints));
+    EXPECT_TRUE(test::IsUntouched(joints));
 }
 
 TEST(SixAxisModel, models_do_not_share_their_block)
@@ -200,9 +200,9 @@ TEST(SixAxisModel, models_do_not_share_their_block)
     const SixAxisModel second = ModelOf(test::Puma());
     Joints joints = JointsOf(kSample);
     ExpectNear(PoseToMatrix(first.ForwardKinematics(joints, {})),
-               test::Packed(test::RefFlange(test::WristArm().SixAxis, kSample)), 1e-9);
+               test::ToHom(test::RefFlange(test::WristArm().SixAxis, kSample)), 1e-9);
     ExpectNear(PoseToMatrix(second.ForwardKinematics(joints, {})),
-               test::Packed(test::RefFlange(test::Puma().SixAxis, kSample)), 1e-9);
+               test::ToHom(test::RefFlange(test::Puma().SixAxis, kSample)), 1e-9);
 }
 
 }  // namespace

@@ -9,17 +9,6 @@
 #include "support/sample_arms.h"
 #include "support/six_axis_samples.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define KINE_TEST_HAS_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KINE_TEST_HAS_ASAN 1
-#endif
-#endif
-#ifdef KINE_TEST_HAS_ASAN
-#include <sanitizer/asan_interface.h>
-#endif
-
 namespace kine {
 namespace {
 
@@ -64,17 +53,17 @@ TEST(InitSixAxisParams, of_another_arm_type_is_0x6000_and_changes_nothing)
     const KineKinematicParam param = SampleRecord();
     for (const std::uint32_t armType : {0U, 4U, 5U, 7U, 4110U, 0xFFFFFFFFU}) {
         SCOPED_TRACE(armType);
-        auto params = test::Pattern<SixAxisParams>();
+        auto params = test::Untouched<SixAxisParams>();
         EXPECT_EQ(InitSixAxisParams(armType, &param, params), 0x6000U);
-        EXPECT_TRUE(test::IsPattern(params));
+        EXPECT_TRUE(test::IsUntouched(params));
     }
 }
 
 TEST(InitSixAxisParams, of_a_null_record_is_0x6000_and_changes_nothing)
 {
-    auto params = test::Pattern<SixAxisParams>();
+    auto params = test::Untouched<SixAxisParams>();
     EXPECT_EQ(InitSixAxisParams(6, nullptr, params), 0x6000U);
-    EXPECT_TRUE(test::IsPattern(params));
+    EXPECT_TRUE(test::IsUntouched(params));
 }
 
 TEST(InitSixAxisParams, reads_the_lengths_at_their_offsets)
@@ -159,7 +148,7 @@ TEST(InitSixAxisParams, zero_stiffness_is_infinite_compliance)
 TEST(InitSixAxisParams, clears_the_axis_limits)
 {
     const KineKinematicParam param = SampleRecord();
-    auto params = test::Pattern<SixAxisParams>();
+    auto params = test::Untouched<SixAxisParams>();
     EXPECT_EQ(InitSixAxisParams(6, &param, params), KINE_OK);
     for (std::size_t i = 0; i < 6; ++i) {
         EXPECT_EQ(params.upperLimit[i], 0.0);
@@ -221,7 +210,7 @@ TEST(InitSixAxisParams, refused_lengths_stay_stored_and_the_rest_is_zero)
                        &KineSixAxisParam::d4, &KineSixAxisParam::d6}) {
         KineKinematicParam param = SampleRecord();
         param.SixAxis.*field = -9.0;
-        auto params = test::Pattern<SixAxisParams>();
+        auto params = test::Untouched<SixAxisParams>();
         EXPECT_EQ(InitSixAxisParams(6, &param, params), 0x6000U);
 
         SixAxisParams expected{};
@@ -232,7 +221,7 @@ TEST(InitSixAxisParams, refused_lengths_stay_stored_and_the_rest_is_zero)
         expected.d6 = param.SixAxis.d6;
         expected.d1 = 310.0;
         expected.lateralOffset = -7.0;
-        EXPECT_TRUE(test::HasSameBits(params, expected));
+        EXPECT_TRUE(test::SameBits(params, expected));
     }
 }
 
@@ -245,13 +234,13 @@ TEST(InitSixAxisParams, ignores_what_the_gaps_hold)
         for (const Gap& gap : kGaps) {
             for (std::size_t at = gap.begin; at < gap.end; at += sizeof filling) PutAt(param, at, filling);
         }
-        EXPECT_TRUE(test::HasSameBits(ParamsOf(param), expected));
+        EXPECT_TRUE(test::SameBits(ParamsOf(param), expected));
     }
     KineKinematicParam param = SampleRecord();
     for (const Gap& gap : kGaps) {
         std::memset(reinterpret_cast<unsigned char*>(&param) + gap.begin, 0xFF, gap.end - gap.begin);
     }
-    EXPECT_TRUE(test::HasSameBits(ParamsOf(param), expected));
+    EXPECT_TRUE(test::SameBits(ParamsOf(param), expected));
 }
 
 TEST(InitSixAxisParams, depends_on_every_byte_range_outside_the_gaps)
@@ -262,7 +251,7 @@ TEST(InitSixAxisParams, depends_on_every_byte_range_outside_the_gaps)
         KineKinematicParam param = SampleRecord();
         PutAt(param, at, 12345.0);
         SCOPED_TRACE(at);
-        EXPECT_EQ(test::HasSameBits(ParamsOf(param), expected), isGap);
+        EXPECT_EQ(test::SameBits(ParamsOf(param), expected), isGap);
     }
 }
 
@@ -271,39 +260,38 @@ TEST(InitSixAxisParams, does_not_change_the_record)
     const KineKinematicParam before = SampleRecord();
     const KineKinematicParam param = before;
     static_cast<void>(ParamsOf(param));
-    EXPECT_TRUE(test::HasSameBits(param, before));
+    EXPECT_TRUE(test::SameBits(param, before));
 }
 
-#ifdef KINE_TEST_HAS_ASAN
+#ifdef KINE_TEST_ADDRESS_CHECKS
 TEST(InitSixAxisParams, reads_no_byte_of_the_gaps)
 {
     // The address checks end the program at a read of a poisoned byte.
     alignas(8) KineKinematicParam param = SampleRecord();
     auto* bytes = reinterpret_cast<unsigned char*>(&param);
-    for (const Gap& gap : kGaps) __asan_poison_memory_region(bytes + gap.begin, gap.end - gap.begin);
     SixAxisParams params{};
-    const KineResult code = InitSixAxisParams(6, &param, params);
-    for (const Gap& gap : kGaps) __asan_unpoison_memory_region(bytes + gap.begin, gap.end - gap.begin);
+    KineResult code = KINE_ERR_MODEL_PARAM;
+    {
+        const test::ForbiddenBytes first(bytes + kGaps[0].begin, kGaps[0].end - kGaps[0].begin);
+        const test::ForbiddenBytes second(bytes + kGaps[1].begin, kGaps[1].end - kGaps[1].begin);
+        code = InitSixAxisParams(6, &param, params);
+    }
     EXPECT_EQ(code, KINE_OK);
-    EXPECT_TRUE(test::HasSameBits(params, ParamsOf(SampleRecord())));
+    EXPECT_TRUE(test::SameBits(params, ParamsOf(SampleRecord())));
 }
 #endif
 
-#ifdef KINE_TEST_HAS_GUARDED_MEMORY
 TEST(InitSixAxisParams, touches_no_byte_before_or_behind_the_record)
 {
-    const test::GuardedPage page;
-    ASSERT_TRUE(page.IsUsable());
     const KineKinematicParam source = SampleRecord();
     const SixAxisParams expected = ParamsOf(source);
-    for (unsigned char* place : {page.First(), page.Last(kRecordSize)}) {
-        std::memcpy(place, &source, kRecordSize);
+    for (const test::Guard guard : {test::Guard::kBefore, test::Guard::kBehind}) {
+        const test::GuardedBytes record(&source, kRecordSize, guard);
         SixAxisParams params{};
-        EXPECT_EQ(InitSixAxisParams(6, reinterpret_cast<const KineKinematicParam*>(place), params), KINE_OK);
-        EXPECT_TRUE(test::HasSameBits(params, expected));
+        EXPECT_EQ(InitSixAxisParams(6, record.As<KineKinematicParam>(), params), KINE_OK);
+        EXPECT_TRUE(test::SameBits(params, expected));
     }
 }
-#endif
 
 }  // namespace
 }  // namespace kine

@@ -121,8 +121,9 @@ TEST(SixAxisArmConfig, bits_are_independent)
         for (double& angle : q) angle = random.Uniform(-3.1, 3.1);
         SCOPED_TRACE(::testing::Message() << q[0] << ' ' << q[1] << ' ' << q[2] << ' ' << q[4]);
         // The wrist centre seen in the plane that joint 1 turns: frame 4 of the chain, turned back.
-        const test::RefMatrix wrist =
-            test::RefProduct(test::RefTurnZ(-q[0]), test::RefChainOf(test::WristArm().SixAxis, q).frame[4]);
+        using test::operator*;
+        const test::Mat4 wrist =
+            test::TurnZ(-q[0]) * test::NaiveSixAxisChain(test::WristArm().SixAxis, q).frame[4];
         const double elbow = std::atan(135.0 / 755.0);
         const int expected =
             (wrist[0][3] < 0.0 ? 4 : 0) + (q[2] >= std::acos(0.0) - elbow ? 2 : 0) + (q[4] < 0.0 ? 1 : 0);

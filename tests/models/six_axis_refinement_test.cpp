@@ -21,14 +21,14 @@ constexpr double kMaxLastCorrection = 0.003490658503988659;  // 0.2 degrees
 
 Pose PoseOf(const KineKinematicParam& param, const SixAngles& q, const ToolBlock& tool)
 {
-    return MatrixToPose(test::Packed(test::RefToolPoint(param.SixAxis, q, tool)));
+    return MatrixToPose(test::ToHom(test::RefToolPoint(param.SixAxis, q, tool)));
 }
 
 // The largest correction of each Newton step when the nominal solution of kSample meets a chain that differs
 // from the nominal one in a single field.
 std::array<double, 4> CorrectionsFor(const KineKinematicParam& param)
 {
-    const test::RefMatrix target = test::RefFlange(test::WristArm().SixAxis, kSample);
+    const test::Mat4 target = test::RefFlange(test::WristArm().SixAxis, kSample);
     std::array<double, 4> largest{};
     test::RefAngles q = kSample;
     for (double& size : largest) {
@@ -61,10 +61,10 @@ double ChangeAt(double KineSixAxisParam::*field, std::size_t step, double limit,
 
 KineResult ResultOf(const KineKinematicParam& param)
 {
-    auto axes = test::Pattern<Axes>();
+    auto axes = test::Untouched<Axes>();
     const KineResult code =
         SixAxisInverse(ParamsOf(param), PoseOf(test::WristArm(), kSample, {}), {}, kSampleConfig, axes);
-    EXPECT_EQ(test::IsPattern(axes), code != KINE_OK);
+    EXPECT_EQ(test::IsUntouched(axes), code != KINE_OK);
     return code;
 }
 
@@ -119,7 +119,7 @@ TEST(SixAxisInverse, ends_after_four_steps_converged_or_not)
 {
     // An error of the chain that leaves the fourth correction at 1e-3: the fifth would be seen in the joints.
     const KineKinematicParam param = WristArmWith(&KineSixAxisParam::d5, -420.0);
-    const test::RefMatrix target = test::RefFlange(test::WristArm().SixAxis, kSample);
+    const test::Mat4 target = test::RefFlange(test::WristArm().SixAxis, kSample);
     test::RefAngles expected = kSample;
     for (int step = 0; step < 4; ++step) {
         const test::RefAngles correction = test::RefNewtonCorrection(param.SixAxis, expected, {}, target);

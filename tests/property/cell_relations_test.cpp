@@ -2,12 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "six_axis_cases.h"
+#include "support/chain_calls.h"
 
 namespace kine::test {
 namespace {
-
-using ForwardCall = KineResult(KINE_CALL*)(const KineJoint*, const KineTool*, const KineWobj*,
-                                           const KineLoad*, KinePose*);
 
 struct Cell
 {
@@ -16,27 +14,27 @@ struct Cell
     KineWobj wobj{};
     KineLoad load{};
 
-    Rigid Get(ForwardCall call) const
+    Mat4 Get(ForwardCall call) const
     {
         KinePose pose{};
         EXPECT_EQ(call(&q, &tool, &wobj, &load, &pose), KINE_OK);
-        return RigidOf(pose.Frame);
+        return MatrixOf(pose.Frame);
     }
-    Rigid Base() const { return Get(Kine_JointToBasePos); }
-    Rigid Flange() const { return Get(Kine_JointToFlangePos); }
-    Rigid World() const { return Get(Kine_JointToWorldPos); }
-    Rigid Object() const { return Get(Kine_JointToWobjPos); }
+    Mat4 Base() const { return Get(Kine_JointToBasePos); }
+    Mat4 Flange() const { return Get(Kine_JointToFlangePos); }
+    Mat4 World() const { return Get(Kine_JointToWorldPos); }
+    Mat4 Object() const { return Get(Kine_JointToWobjPos); }
 };
 
-KineMechUnit RandomUnit(Draw& draw)
+KineMechUnit RandomUnit(SeededRandom& random)
 {
     KineMechUnit unit{};
     unit.Active = 1;
-    unit.UnitKind = static_cast<uint16_t>(draw.Whole(1, 3));
+    unit.UnitKind = static_cast<uint16_t>(random.Whole(1, 3));
     unit.AxisCount = 2;
     for (std::size_t i = 0; i < 2; ++i) {
-        unit.AxisFrame[i] = draw.Frame(600.0, 80.0);
-        unit.AxisParamIndex[i] = static_cast<uint8_t>(draw.Whole(0, 5));
+        unit.AxisFrame[i] = RandomFrame(random, 600.0, 80.0);
+        unit.AxisParamIndex[i] = static_cast<uint8_t>(random.Whole(0, 5));
     }
     return unit;
 }
@@ -47,9 +45,9 @@ struct Arm
     KineKinematicParam param;
 };
 
-Arm RandomArm(Draw& draw)
+Arm RandomArm(SeededRandom& random)
 {
-    switch (draw.Whole(0, 5)) {
+    switch (random.Whole(0, 5)) {
         case 0: return {6, Puma()};
         case 1: return {6, WristArm()};
         case 2: return {6, CalibratedWristArm()};
@@ -60,108 +58,109 @@ Arm RandomArm(Draw& draw)
 }
 
 // An arm in a cell with two units, the robot on the ground or on unit 2.
-void SetUpCell(Draw& draw, const Arm& arm, bool onCarrier)
+void SetUpCell(SeededRandom& random, const Arm& arm, bool onCarrier)
 {
     ASSERT_EQ(Kine_InitKinematicParam(arm.type, &arm.param), KINE_OK);
     ASSERT_EQ(Kine_SetMechUnitGlobalCfg(3, 6, 1), KINE_OK);
     KineMechUnit ground{};
     ground.Option1 = onCarrier ? 1 : 0;
     ground.Option2 = 2;
-    const KineMechUnit first = RandomUnit(draw);
-    const KineMechUnit second = RandomUnit(draw);
+    const KineMechUnit first = RandomUnit(random);
+    const KineMechUnit second = RandomUnit(random);
     ASSERT_EQ(Kine_SetMechUnitParam(0, &ground), KINE_OK);
     ASSERT_EQ(Kine_SetMechUnitParam(1, &first), KINE_OK);
     ASSERT_EQ(Kine_SetMechUnitParam(2, &second), KINE_OK);
 }
 
-Cell RandomCell(Draw& draw)
+Cell RandomCell(SeededRandom& random)
 {
     Cell cell;
-    for (double& axis : cell.q.Axis) axis = draw.Between(-400, 400);
-    for (double& axis : cell.q.ExtAxis) axis = draw.Between(-300, 300);
-    cell.tool = RandomTool(draw, 4.0);
-    cell.wobj = FixedWobj(draw.Frame(700.0, 80.0), draw.Frame(150.0, 80.0));
-    cell.load = RandomLoad(draw, 3.0);
+    for (double& axis : cell.q.Axis) axis = random.Uniform(-400, 400);
+    for (double& axis : cell.q.ExtAxis) axis = random.Uniform(-300, 300);
+    cell.tool = RandomTool(random, 4.0);
+    cell.wobj = FixedWobj(RandomFrame(random, 700.0, 80.0), RandomFrame(random, 150.0, 80.0));
+    cell.load = RandomLoad(random, 3.0);
     return cell;
 }
 
 template <class Check>
 void ForRandomCells(std::uint64_t seed, bool onCarrier, Check check)
 {
-    Draw draw(seed);
+    SeededRandom random(seed);
     for (int i = 0; i < 400; ++i) {
-        const Arm arm = RandomArm(draw);
-        SetUpCell(draw, arm, onCarrier);
-        const Cell cell = RandomCell(draw);
+        const Arm arm = RandomArm(random);
+        SetUpCell(random, arm, onCarrier);
+        const Cell cell = RandomCell(random);
         SCOPED_TRACE(::testing::Message() << "case " << i << " arm " << arm.type << " " << cell.q);
-        check(draw, cell, arm);
+        check(random, cell, arm);
     }
 }
 
-Rigid CombinedFrame(const KineWobj& wobj) { return Times(RigidOf(wobj.UFrame), RigidOf(wobj.OFrame)); }
+Mat4 CombinedFrame(const KineWobj& wobj) { return MatrixOf(wobj.UFrame) * MatrixOf(wobj.OFrame); }
 
 TEST(CellRelations, a_robot_on_the_ground_has_its_base_at_the_world_origin)
 {
-    ForRandomCells(3001, false,
-                   [](Draw&, const Cell& cell, const Arm&) { ExpectSameRigid(cell.Base(), cell.World()); });
+    ForRandomCells(3001, false, [](SeededRandom&, const Cell& cell, const Arm&) {
+        EXPECT_TRUE(IsMatrix(cell.Base(), cell.World()));
+    });
 }
 
 TEST(CellRelations, the_object_pose_is_the_world_pose_seen_from_the_object)
 {
     for (const bool onCarrier : {false, true}) {
-        ForRandomCells(3002, onCarrier, [](Draw&, const Cell& cell, const Arm&) {
-            ExpectSameRigid(Times(CombinedFrame(cell.wobj), cell.Object()), cell.World());
+        ForRandomCells(3002, onCarrier, [](SeededRandom&, const Cell& cell, const Arm&) {
+            EXPECT_TRUE(IsMatrix(CombinedFrame(cell.wobj) * cell.Object(), cell.World()));
         });
     }
 }
 
 TEST(CellRelations, the_way_from_base_to_world_is_the_same_for_every_joint_set_and_tool)
 {
-    ForRandomCells(3003, true, [](Draw& draw, const Cell& cell, const Arm&) {
-        Cell other = RandomCell(draw);
+    ForRandomCells(3003, true, [](SeededRandom& random, const Cell& cell, const Arm&) {
+        Cell other = RandomCell(random);
         for (std::size_t i = 0; i < 6; ++i) other.q.ExtAxis[i] = cell.q.ExtAxis[i];
-        ExpectSameRigid(Times(cell.World(), Inverted(cell.Base())),
-                        Times(other.World(), Inverted(other.Base())), 1e-7);
+        EXPECT_TRUE(IsMatrix(cell.World() * RigidInverse(cell.Base()),
+                             other.World() * RigidInverse(other.Base()), 1e-7));
     });
 }
 
 TEST(CellRelations, the_way_to_an_object_on_a_unit_is_the_same_for_every_joint_set_and_tool)
 {
     for (const bool onCarrier : {false, true}) {
-        ForRandomCells(3004, onCarrier, [](Draw& draw, Cell cell, const Arm&) {
-            Cell other = RandomCell(draw);
+        ForRandomCells(3004, onCarrier, [](SeededRandom& random, Cell cell, const Arm&) {
+            Cell other = RandomCell(random);
             for (std::size_t i = 0; i < 6; ++i) other.q.ExtAxis[i] = cell.q.ExtAxis[i];
-            cell.wobj = other.wobj = WobjOnUnit(1, draw.Frame(150.0, 80.0));
-            ExpectSameRigid(Times(cell.World(), Inverted(cell.Object())),
-                            Times(other.World(), Inverted(other.Object())), 1e-7);
+            cell.wobj = other.wobj = WobjOnUnit(1, RandomFrame(random, 150.0, 80.0));
+            EXPECT_TRUE(IsMatrix(cell.World() * RigidInverse(cell.Object()),
+                                 other.World() * RigidInverse(other.Object()), 1e-7));
         });
     }
 }
 
 TEST(CellRelations, the_base_pose_of_a_held_tool_does_not_look_at_the_cell)
 {
-    ForRandomCells(3005, true, [](Draw& draw, const Cell& cell, const Arm&) {
+    ForRandomCells(3005, true, [](SeededRandom& random, const Cell& cell, const Arm&) {
         Cell other = cell;
-        for (double& axis : other.q.ExtAxis) axis = draw.Between(-300, 300);
-        other.wobj = FixedWobj(draw.Frame(700.0, 80.0));
-        ExpectSameRigid(cell.Base(), other.Base(), 0.0, 0.0);
+        for (double& axis : other.q.ExtAxis) axis = random.Uniform(-300, 300);
+        other.wobj = FixedWobj(RandomFrame(random, 700.0, 80.0));
+        EXPECT_TRUE(IsMatrix(cell.Base(), other.Base(), 0.0, 0.0));
     });
 }
 
 TEST(CellRelations, splitting_user_and_object_frame_differently_changes_nothing)
 {
     for (const bool held : {false, true}) {
-        ForRandomCells(3006, true, [held](Draw& draw, Cell cell, const Arm&) {
+        ForRandomCells(3006, true, [held](SeededRandom& random, Cell cell, const Arm&) {
             cell.wobj.HeldByRobot = held ? 1 : 0;
             cell.tool.HeldByRobot = held ? 0 : 1;
             Cell other = cell;
-            const Rigid user = RigidOf(draw.Frame(500.0, 80.0));
+            const Mat4 user = MatrixOf(RandomFrame(random, 500.0, 80.0));
             other.wobj.UFrame = FrameOf(user);
-            other.wobj.OFrame = FrameOf(Times(Inverted(user), CombinedFrame(cell.wobj)));
-            ExpectSameRigid(cell.Base(), other.Base(), 1e-7, 1e-9);
-            ExpectSameRigid(cell.World(), other.World(), 1e-7, 1e-9);
-            ExpectSameRigid(cell.Object(), other.Object(), 1e-7, 1e-9);
-            ExpectSameRigid(cell.Flange(), other.Flange(), 1e-7, 1e-9);
+            other.wobj.OFrame = FrameOf(RigidInverse(user) * CombinedFrame(cell.wobj));
+            EXPECT_TRUE(IsMatrix(cell.Base(), other.Base(), 1e-7, 1e-9));
+            EXPECT_TRUE(IsMatrix(cell.World(), other.World(), 1e-7, 1e-9));
+            EXPECT_TRUE(IsMatrix(cell.Object(), other.Object(), 1e-7, 1e-9));
+            EXPECT_TRUE(IsMatrix(cell.Flange(), other.Flange(), 1e-7, 1e-9));
         });
     }
 }
@@ -169,11 +168,13 @@ TEST(CellRelations, splitting_user_and_object_frame_differently_changes_nothing)
 TEST(CellRelations, a_stationary_tool_stands_where_it_stands)
 {
     for (const bool onCarrier : {false, true}) {
-        ForRandomCells(3007, onCarrier, [onCarrier](Draw&, Cell cell, const Arm&) {
+        ForRandomCells(3007, onCarrier, [onCarrier](SeededRandom&, Cell cell, const Arm&) {
             cell.tool.HeldByRobot = 0;
             cell.wobj.HeldByRobot = 1;
-            ExpectSameRigid(cell.World(), RigidOf(cell.tool.TFrame), 1e-7);
-            if (!onCarrier) ExpectSameRigid(cell.Base(), RigidOf(cell.tool.TFrame), 1e-7);
+            EXPECT_TRUE(IsMatrix(cell.World(), MatrixOf(cell.tool.TFrame), 1e-7));
+            if (!onCarrier) {
+                EXPECT_TRUE(IsMatrix(cell.Base(), MatrixOf(cell.tool.TFrame), 1e-7));
+            }
         });
     }
 }
@@ -183,7 +184,7 @@ TEST(CellRelations, holding_the_object_mirrors_holding_the_tool)
     // The frame carried by the arm, taken as a tool, has a world pose W. A stationary tool T is then at
     // inverse(W) * T in it.
     for (const bool onCarrier : {false, true}) {
-        ForRandomCells(3008, onCarrier, [](Draw&, Cell cell, const Arm&) {
+        ForRandomCells(3008, onCarrier, [](SeededRandom&, Cell cell, const Arm&) {
             cell.wobj.OFrame = {};
             cell.tool.HeldByRobot = 0;
             cell.wobj.HeldByRobot = 1;
@@ -191,26 +192,26 @@ TEST(CellRelations, holding_the_object_mirrors_holding_the_tool)
             mirrored.tool = HeldTool(cell.wobj.UFrame);
             mirrored.tool.TLoad = cell.tool.TLoad;
             mirrored.wobj = FixedWobj();
-            ExpectSameRigid(cell.Object(), Times(Inverted(mirrored.World()), RigidOf(cell.tool.TFrame)),
-                            1e-7);
-            ExpectSameRigid(cell.Flange(), Times(RigidOf(cell.wobj.UFrame), cell.Object()), 1e-7);
-            ExpectSameRigid(cell.Base(), Times(mirrored.Base(), cell.Object()), 1e-7);
+            EXPECT_TRUE(
+                IsMatrix(cell.Object(), RigidInverse(mirrored.World()) * MatrixOf(cell.tool.TFrame), 1e-7));
+            EXPECT_TRUE(IsMatrix(cell.Flange(), MatrixOf(cell.wobj.UFrame) * cell.Object(), 1e-7));
+            EXPECT_TRUE(IsMatrix(cell.Base(), mirrored.Base() * cell.Object(), 1e-7));
         });
     }
 }
 
 TEST(CellRelations, a_rigid_arm_puts_the_tool_frame_behind_the_flange)
 {
-    Draw draw(3009);
+    SeededRandom random(3009);
     for (const auto& param : {Puma(), WristArm()}) {
         ASSERT_EQ(Kine_InitKinematicParam(6, &param), KINE_OK);
         for (int i = 0; i < 200; ++i) {
-            Cell cell = RandomCell(draw);
+            Cell cell = RandomCell(random);
             SCOPED_TRACE(::testing::Message() << i << " " << cell.q);
             Cell bare = cell;
             bare.tool.TFrame = {};
-            ExpectSameRigid(cell.Base(), Times(bare.Base(), cell.Flange()));
-            ExpectSameRigid(cell.Flange(), RigidOf(cell.tool.TFrame));
+            EXPECT_TRUE(IsMatrix(cell.Base(), bare.Base() * cell.Flange()));
+            EXPECT_TRUE(IsMatrix(cell.Flange(), MatrixOf(cell.tool.TFrame)));
         }
     }
 }
@@ -219,18 +220,18 @@ TEST(CellRelations, solving_in_a_cell_returns_the_joints_and_external_axes)
 {
     for (const bool onCarrier : {false, true}) {
         for (const bool stationary : {false, true}) {
-            Draw draw(3010);
+            SeededRandom random(3010);
             const KineKinematicParam param = CalibratedWristArm();
             for (int i = 0; i < 200; ++i) {
-                SetUpCell(draw, {6, param}, onCarrier);
-                Cell cell = RandomCell(draw);
-                const KineJoint axes = RegularJoints(draw, param.SixAxis, 700.0);
+                SetUpCell(random, {6, param}, onCarrier);
+                Cell cell = RandomCell(random);
+                const KineJoint axes = RegularJoints(random, param.SixAxis, 700.0);
                 for (std::size_t k = 0; k < 6; ++k) cell.q.Axis[k] = axes.Axis[k];
                 if (stationary) {
                     cell.tool.HeldByRobot = 0;
                     cell.wobj.HeldByRobot = 1;
                 } else if (i % 2 == 0) {
-                    cell.wobj = WobjOnUnit(1, draw.Frame(150.0, 80.0));
+                    cell.wobj = WobjOnUnit(1, RandomFrame(random, 150.0, 80.0));
                 }
                 SCOPED_TRACE(::testing::Message() << onCarrier << stationary << " " << i << " " << cell.q);
                 KinePose target{};

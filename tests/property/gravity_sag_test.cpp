@@ -29,21 +29,21 @@ double Along(const Vector& direction, const Vector& from, const Vector& to)
 
 TEST(GravitySag, the_flange_moves_along_the_pull_by_the_work_of_the_joints)
 {
-    Draw draw(4001);
+    SeededRandom random(4001);
     for (int i = 0; i < 500; ++i) {
         KineKinematicParam rigid = WristArm();
         // Any lean of the base: about X by mountX, then about Y.
-        rigid.SixAxis.mountX = draw.Between(-60, 60);
-        rigid.SixAxis.mountY = draw.Between(-60, 60);
+        rigid.SixAxis.mountX = random.Uniform(-60, 60);
+        rigid.SixAxis.mountY = random.Uniform(-60, 60);
         KineKinematicParam soft = rigid;
         soft.SixAxis.k2 = 6.0e6;
         soft.SixAxis.k3 = 4.0e6;
         soft.SixAxis.k5 = 1.0e6;
         KineJoint q{};
-        for (std::size_t k = 0; k < 6; ++k) q.Axis[k] = draw.Between(-180, 180);
+        for (std::size_t k = 0; k < 6; ++k) q.Axis[k] = random.Uniform(-180, 180);
         SCOPED_TRACE(::testing::Message()
                      << i << " " << q << " mount " << rigid.SixAxis.mountX << " " << rigid.SixAxis.mountY);
-        const KineLoad load = MakeLoad(draw.Between(1.0, 20.0), 0, 0, 0);
+        const KineLoad load = MakeLoad(random.Uniform(1.0, 20.0), 0, 0, 0);
         const double x = InRadians(rigid.SixAxis.mountX), y = InRadians(rigid.SixAxis.mountY);
         const Vector down{std::cos(x) * std::sin(y), -std::sin(x), -std::cos(x) * std::cos(y)};
 
@@ -69,13 +69,13 @@ TEST(GravitySag, the_flange_moves_along_the_pull_by_the_work_of_the_joints)
 
 TEST(GravitySag, a_heavier_load_sags_more)
 {
-    Draw draw(4002);
+    SeededRandom random(4002);
     const KineKinematicParam param = PumaWithGravity();
     for (int i = 0; i < 300; ++i) {
         // The arm stretched out to one side.
         const KineJoint q =
-            MakeJoints({draw.Between(-180, 180), draw.Between(60, 110), draw.Between(-20, 40),
-                        draw.Between(-180, 180), draw.Between(-180, 180), draw.Between(-180, 180)});
+            MakeJoints({random.Uniform(-180, 180), random.Uniform(60, 110), random.Uniform(-20, 40),
+                        random.Uniform(-180, 180), random.Uniform(-180, 180), random.Uniform(-180, 180)});
         SCOPED_TRACE(::testing::Message() << i << " " << q);
         double before = FlangeAt(param, q, MakeLoad(0.0, 0, 0, 0))[2];
         for (const double mass : {0.5, 1.0, 2.0, 4.0}) {

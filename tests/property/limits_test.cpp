@@ -22,17 +22,17 @@ void SetLimits(double size)
 
 TEST(AxisLimits, results_do_not_depend_on_them)
 {
-    Draw draw(5001);
+    SeededRandom random(5001);
     for (const Arm& arm : {Arm{6, CalibratedWristArm()}, Arm{4, TiltedScara()}, Arm{4110, TiltedScara()}}) {
         for (int i = 0; i < 200; ++i) {
             ASSERT_EQ(Kine_InitKinematicParam(arm.type, &arm.param), KINE_OK);
             // Up to 250 degrees; limits of 100 degrees leave room for the numbers of up to 270.
-            KineJoint q = RegularJoints(draw, arm.param.SixAxis, 250.0);
+            KineJoint q = RegularJoints(random, arm.param.SixAxis, 250.0);
             if (arm.type != 6)
                 q = MakeJoints(
-                    {draw.Between(-170, 170), draw.Between(20, 160), 100, draw.Between(-170, 170)});
+                    {random.Uniform(-170, 170), random.Uniform(20, 160), 100, random.Uniform(-170, 170)});
             SCOPED_TRACE(::testing::Message() << arm.type << " " << i << " " << q);
-            const KineTool tool = HeldTool(draw.Frame(50.0, 80.0));
+            const KineTool tool = HeldTool(RandomFrame(random, 50.0, 80.0));
             const KineWobj wobj = FixedWobj();
             const KineLoad load{};
             KinePose free{}, bound{};

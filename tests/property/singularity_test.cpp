@@ -19,12 +19,14 @@ Thresholds ThresholdsOf(std::uint32_t kind)
 }
 
 // Joints drawn so that every condition is often met and often just missed.
-KineJoint NearlySingularJoints(Draw& draw, const KineSixAxisParam& p)
+KineJoint NearlySingularJoints(SeededRandom& random, const KineSixAxisParam& p)
 {
-    KineJoint q = RegularJoints(draw, p, 400.0);
-    switch (draw.Whole(0, 3)) {
-        case 0: q.Axis[4] = 180.0 * draw.Whole(-2, 2) + draw.Between(-7, 7); break;
-        case 1: q.Axis[2] = 90.0 - ElbowAngleDeg(p) + 180.0 * draw.Whole(-2, 2) + draw.Between(-7, 7); break;
+    KineJoint q = RegularJoints(random, p, 400.0);
+    switch (random.Whole(0, 3)) {
+        case 0: q.Axis[4] = 180.0 * random.Whole(-2, 2) + random.Uniform(-7, 7); break;
+        case 1:
+            q.Axis[2] = 90.0 - ElbowAngleDeg(p) + 180.0 * random.Whole(-2, 2) + random.Uniform(-7, 7);
+            break;
         case 2:
             // Bisects axis 2 to where the wrist centre crosses the axis of joint 1, if it does.
             {
@@ -33,7 +35,7 @@ KineJoint NearlySingularJoints(Draw& draw, const KineSixAxisParam& p)
                     q.Axis[1] = (low + high) / 2;
                     (WristDistance(p, q) > 0.0 ? low : high) = q.Axis[1];
                 }
-                q.Axis[1] += draw.Between(-4, 4);
+                q.Axis[1] += random.Uniform(-4, 4);
             }
             break;
         default: break;
@@ -43,14 +45,14 @@ KineJoint NearlySingularJoints(Draw& draw, const KineSixAxisParam& p)
 
 TEST(SingularityProperty, of_the_six_axis_arm_is_shoulder_elbow_or_wrist)
 {
-    Draw draw(6001);
+    SeededRandom random(6001);
     int singular[3] = {0, 0, 0};
     int regular = 0;
     for (const auto& param : {Puma(), WristArm()}) {
         const KineSixAxisParam& p = param.SixAxis;
         ASSERT_EQ(Kine_InitKinematicParam(6, &param), KINE_OK);
         for (int i = 0; i < 4000; ++i) {
-            const KineJoint q = NearlySingularJoints(draw, p);
+            const KineJoint q = NearlySingularJoints(random, p);
             SCOPED_TRACE(::testing::Message() << i << " " << q);
             const double shoulder = std::fabs(WristDistance(p, q));
             const double q3 = InRadians(q.Axis[2]);
@@ -79,14 +81,14 @@ TEST(SingularityProperty, of_the_six_axis_arm_is_shoulder_elbow_or_wrist)
 
 TEST(SingularityProperty, of_the_four_axis_arms_is_axis_2_shortly_above_a_half_turn)
 {
-    Draw draw(6002);
+    SeededRandom random(6002);
     const KineKinematicParam param = Scara();
     int singular = 0;
     for (const std::uint32_t type : {4U, 4110U}) {
         ASSERT_EQ(Kine_InitKinematicParam(type, &param), KINE_OK);
         for (int i = 0; i < 4000; ++i) {
-            const double q2 = 180.0 * draw.Whole(-5, 5) + draw.Between(-5, 5);
-            const KineJoint q = MakeJoints({draw.Between(-400, 400), q2, 0.0, 0.0});
+            const double q2 = 180.0 * random.Whole(-5, 5) + random.Uniform(-5, 5);
+            const KineJoint q = MakeJoints({random.Uniform(-400, 400), q2, 0.0, 0.0});
             SCOPED_TRACE(::testing::Message() << i << " " << q);
             // Degrees beyond the last half turn on the way from zero.
             const double above = std::fmod(std::fabs(q2), 180.0);

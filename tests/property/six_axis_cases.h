@@ -3,9 +3,9 @@
 
 #include <cmath>
 
-#include "draw.h"
-#include "rigid.h"
+#include "random_records.h"
 #include "support/records.h"
+#include "support/rigid_matrix.h"
 #include "support/sample_arms.h"
 
 namespace kine::test {
@@ -25,10 +25,7 @@ inline std::array<NamedArm, 4> SixAxisArms()
 }
 
 // Angle between the forearm and the line from joint 3 to the wrist centre, in degrees.
-inline double ElbowAngleDeg(const KineSixAxisParam& p)
-{
-    return std::atan2(p.a3, p.d4) * 180.0 / std::acos(-1.0);
-}
+inline double ElbowAngleDeg(const KineSixAxisParam& p) { return InDegrees(std::atan2(p.a3, p.d4)); }
 
 // Signed distance of the wrist centre from the joint-1 axis in the plane of the arm.
 inline double WristDistance(const KineSixAxisParam& p, const KineJoint& q)
@@ -46,29 +43,29 @@ inline bool IsClearOfSingularities(const KineSixAxisParam& p, const KineJoint& q
 }
 
 // Joints that the inverse returns: any turn of axes 1, 4 and 6, one turn of the others.
-inline KineJoint RegularJoints(Draw& draw, const KineSixAxisParam& p, double turns)
+inline KineJoint RegularJoints(SeededRandom& random, const KineSixAxisParam& p, double turns)
 {
     const double e = ElbowAngleDeg(p);
     for (;;) {
-        const KineJoint q = MakeJoints({draw.Between(-turns, turns), draw.Between(-179.5, 179.5),
-                                        draw.Between(-90.0 - e, 270.0 - e), draw.Between(-turns, turns),
-                                        draw.Between(-179.5, 179.5), draw.Between(-turns, turns)});
+        const KineJoint q = MakeJoints({random.Uniform(-turns, turns), random.Uniform(-179.5, 179.5),
+                                        random.Uniform(-90.0 - e, 270.0 - e), random.Uniform(-turns, turns),
+                                        random.Uniform(-179.5, 179.5), random.Uniform(-turns, turns)});
         if (IsClearOfSingularities(p, q)) return q;
     }
 }
 
-inline KineTool RandomTool(Draw& draw, double mass)
+inline KineTool RandomTool(SeededRandom& random, double mass)
 {
-    KineTool tool = HeldTool(draw.Frame(200.0, 80.0));
-    tool.TLoad =
-        MakeLoad(draw.Between(0.0, mass), draw.Between(-80, 80), draw.Between(-80, 80), draw.Between(0, 150));
+    KineTool tool = HeldTool(RandomFrame(random, 200.0, 80.0));
+    tool.TLoad = MakeLoad(random.Uniform(0.0, mass), random.Uniform(-80, 80), random.Uniform(-80, 80),
+                          random.Uniform(0, 150));
     return tool;
 }
 
-inline KineLoad RandomLoad(Draw& draw, double mass)
+inline KineLoad RandomLoad(SeededRandom& random, double mass)
 {
-    return MakeLoad(draw.Between(0.0, mass), draw.Between(-60, 60), draw.Between(-60, 60),
-                    draw.Between(0, 80));
+    return MakeLoad(random.Uniform(0.0, mass), random.Uniform(-60, 60), random.Uniform(-60, 60),
+                    random.Uniform(0, 80));
 }
 
 }  // namespace kine::test

@@ -28,6 +28,25 @@ struct Request
     bool nullResult = false;
 };
 
+// The same with the work object on the robot and the tool in the cell.
+inline Request Swapped(Request request)
+{
+    request.tool.HeldByRobot = 0;
+    request.wobj.HeldByRobot = 1;
+    return request;
+}
+
+// Regular joints and a target in reach, with nothing on the tool and the work object at the origin.
+inline Request PlainRequest()
+{
+    Request request;
+    request.joints = MakeJoints({35.0, -25.0, 20.0, 40.0, 55.0, -70.0});
+    request.target.Frame = {700.0, 100.0, 900.0, 20.0, 30.0, 40.0};
+    request.tool = HeldTool();
+    request.wobj = FixedWobj();
+    return request;
+}
+
 struct Outcome
 {
     KineResult code;
@@ -51,10 +70,14 @@ inline const std::array<ChainCall, 4> kForwardCalls = {{{"Kine_JointToBasePos", 
                                                         {"Kine_JointToWorldPos", Kine_JointToWorldPos},
                                                         {"Kine_JointToWobjPos", Kine_JointToWobjPos}}};
 
+inline const ChainCall& kBase = kForwardCalls[0];
+inline const ChainCall& kFlange = kForwardCalls[1];
+inline const ChainCall& kWorld = kForwardCalls[2];
+inline const ChainCall& kWobj = kForwardCalls[3];
+
 inline const ChainCall kInverseCall = {"Kine_WobjPosToJoint", nullptr};
 
-inline const std::array<ChainCall, 5> kChainCalls = {
-    {kForwardCalls[0], kForwardCalls[1], kForwardCalls[2], kForwardCalls[3], kInverseCall}};
+inline const std::array<ChainCall, 5> kChainCalls = {{kBase, kFlange, kWorld, kWobj, kInverseCall}};
 
 inline Outcome Perform(const ChainCall& call, const Request& request)
 {

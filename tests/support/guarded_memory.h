@@ -1,50 +1,134 @@
-// A block of memory whose neighbours on both ends cannot be touched. POSIX only.
+// Memory that ends the process when a byte too many is read or written: records that end, or begin, where
+// accessible memory does, and ranges that the build with address checks forbids.
 #pragma once
 
-#if defined(__unix__) || defined(__APPLE__)
-#define KINE_TEST_HAS_GUARDED_MEMORY 1
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
 
+#if defined(__unix__) || defined(__APPLE__)
 #include <sys/mman.h>
 #include <unistd.h>
+#endif
 
-#include <cstddef>
+#if defined(__SANITIZE_ADDRESS__)
+#define KINE_TEST_ADDRESS_CHECKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define KINE_TEST_ADDRESS_CHECKS 1
+#endif
+#endif
+#if defined(KINE_TEST_ADDRESS_CHECKS)
+#include <sanitizer/asan_interface.h>
+#endif
 
 namespace kine::test {
 
-// One page between two that fault on any access. Blocks are placed against either of them.
-class GuardedPage
+// Where the inaccessible byte next to a guarded record lies.
+enum class Guard
+{
+    kBehind,
+    kBefore
+};
+
+// A copy of some bytes beside an inaccessible page. Without POSIX an unguarded copy.
+class GuardedBytes
 {
 public:
-    GuardedPage()
-        : pageSize_(static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))),
-          pages_(::mmap(nullptr, 3 * pageSize_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
+    GuardedBytes(const void* content, std::size_t size, Guard guard = Guard::kBehind)
     {
-        if (IsUsable() && ::mprotect(First(), pageSize_, PROT_READ | PROT_WRITE) != 0) Release();
+#if defined(__unix__) || defined(__APPLE__)
+        page_ = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+        void* memory = ::mmap(nullptr, 3 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (memory == MAP_FAILED || size > page_) std::abort();
+        base_ = static_cast<unsigned char*>(memory);
+        if (::mprotect(base_ + page_, page_, PROT_READ | PROT_WRITE) != 0) std::abort();
+        content_ = guard == Guard::kBehind ? base_ + 2 * page_ - size : base_ + page_;
+#else
+        (void)guard;
+        base_ = static_cast<unsigned char*>(std::malloc(size));
+        if (base_ == nullptr) std::abort();
+        content_ = base_;
+#endif
+        std::memcpy(content_, content, size);
     }
 
-    ~GuardedPage() { Release(); }
+    ~GuardedBytes()
+    {
+#if defined(__unix__) || defined(__APPLE__)
+        ::munmap(base_, 3 * page_);
+#else
+        std::free(base_);
+#endif
+    }
 
-    GuardedPage(const GuardedPage&) = delete;
-    GuardedPage& operator=(const GuardedPage&) = delete;
+    GuardedBytes(const GuardedBytes&) = delete;
+    GuardedBytes& operator=(const GuardedBytes&) = delete;
 
-    [[nodiscard]] bool IsUsable() const { return pages_ != MAP_FAILED; }
+    // From now on the bytes cannot be written.
+    void Freeze()
+    {
+#if defined(__unix__) || defined(__APPLE__)
+        if (::mprotect(base_ + page_, page_, PROT_READ) != 0) std::abort();
+#endif
+    }
 
-    // The first byte behind the guard in front.
-    [[nodiscard]] unsigned char* First() const { return static_cast<unsigned char*>(pages_) + pageSize_; }
-
-    // The last size bytes before the guard behind.
-    [[nodiscard]] unsigned char* Last(std::size_t size) const { return First() + pageSize_ - size; }
+    template <class Record>
+    Record* As() const
+    {
+        return reinterpret_cast<Record*>(content_);
+    }
 
 private:
-    void Release()
+    std::size_t page_ = 0;
+    unsigned char* base_ = nullptr;
+    unsigned char* content_ = nullptr;
+};
+
+// The same with a record of one type.
+template <class Record>
+class GuardedRecord : public GuardedBytes
+{
+public:
+    explicit GuardedRecord(const Record& value, Guard guard = Guard::kBehind)
+        : GuardedBytes(&value, sizeof value, guard)
+    {}
+
+    Record* Get() const { return As<Record>(); }
+
+    Record Value() const
     {
-        if (IsUsable()) ::munmap(pages_, 3 * pageSize_);
-        pages_ = MAP_FAILED;
+        Record copy;
+        std::memcpy(&copy, Get(), sizeof copy);
+        return copy;
+    }
+};
+
+// Bytes of a live object that must not be read or written. Takes effect in the build with address checks
+// only.
+class ForbiddenBytes
+{
+public:
+    ForbiddenBytes(const void* begin, std::size_t size) : begin_(begin), size_(size)
+    {
+#if defined(KINE_TEST_ADDRESS_CHECKS)
+        __asan_poison_memory_region(begin_, size_);
+#endif
     }
 
-    std::size_t pageSize_;
-    void* pages_;
+    ~ForbiddenBytes()
+    {
+#if defined(KINE_TEST_ADDRESS_CHECKS)
+        __asan_unpoison_memory_region(begin_, size_);
+#endif
+    }
+
+    ForbiddenBytes(const ForbiddenBytes&) = delete;
+    ForbiddenBytes& operator=(const ForbiddenBytes&) = delete;
+
+private:
+    [[maybe_unused]] const void* begin_;
+    [[maybe_unused]] std::size_t size_;
 };
 
 }  // namespace kine::test
-#endif

@@ -1,23 +1,14 @@
-// Comparisons of the math types, element by element, and a few plain numbers that tests share.
+// Comparisons of the math types, element by element.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstring>
-#include <limits>
-
 #include "math/matrix6.h"
 #include "math/transform.h"
+#include "support/numbers.h"
+#include "support/records.h"
 
 namespace kine::test {
-
-inline constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-inline constexpr double kInf = std::numeric_limits<double>::infinity();
-
-// The neighbouring doubles.
-inline double JustBelow(double x) { return std::nextafter(x, -kInf); }
-inline double JustAbove(double x) { return std::nextafter(x, kInf); }
 
 inline void ExpectNear(const Vec3& actual, const Vec3& expected, double tolerance)
 {
@@ -62,27 +53,6 @@ inline void ExpectNear(const Pose& actual, const Pose& expected, double lengthTo
     EXPECT_NEAR(actual.a, expected.a, angleTolerance);
     EXPECT_NEAR(actual.b, expected.b, angleTolerance);
     EXPECT_NEAR(actual.c, expected.c, angleTolerance);
-}
-
-// A value of any trivially copyable type filled with a pattern that no result has.
-template <class Value>
-Value Pattern()
-{
-    Value value;
-    std::memset(static_cast<void*>(&value), 0xA5, sizeof value);
-    return value;
-}
-
-template <class Value>
-bool HasSameBits(const Value& a, const Value& b)
-{
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
-template <class Value>
-bool IsPattern(const Value& value)
-{
-    return HasSameBits(value, Pattern<Value>());
 }
 
 }  // namespace kine::test

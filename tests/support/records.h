@@ -1,4 +1,4 @@
-// Builders and comparisons of public records.
+// Builders of public records, and comparisons of records bit by bit.
 #pragma once
 
 #include <array>
@@ -78,7 +78,7 @@ template <class Record>
 Record Untouched()
 {
     Record record;
-    std::memset(&record, 0xA5, sizeof record);
+    std::memset(static_cast<void*>(&record), 0xA5, sizeof record);
     return record;
 }
 

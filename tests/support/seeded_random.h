@@ -19,6 +19,12 @@ public:
     // 0 .. count - 1; the tiny bias of the remainder does not matter here.
     std::size_t Below(std::size_t count) { return static_cast<std::size_t>(generator_() % count); }
 
+    // low .. high, both included.
+    int Whole(int low, int high)
+    {
+        return low + static_cast<int>(Below(static_cast<std::size_t>(high - low + 1)));
+    }
+
     // Uniform in [low, high): 53 random bits.
     double Uniform(double low, double high)
     {

@@ -64,15 +64,6 @@ inline MechUnitSlot MakeUnit(std::int32_t kind, const Pose& first, const Pose& s
     return unit;
 }
 
-// World from the last axis of such a unit, at the given values (deg or mm).
-inline Mat4 NaiveUnit(std::int32_t kind, const Pose& first, const Pose& second, double value1, double value2)
-{
-    // The travel of a linear axis: along X of the first frame, turned as the second frame is.
-    if (kind == kOneLinearAxis) return Of(first) * Shift(value1, 0.0, 0.0) * RotationOf(Of(second));
-    const Mat4 firstAxis = Of(first) * TurnZDeg(value1);
-    return kind == kOneRotaryAxis ? firstAxis : firstAxis * Of(second) * TurnZDeg(value2);
-}
-
 // An object held (byte 1 unless told otherwise) or in the cell.
 inline Tool MakeTool(std::uint8_t held, const Pose& frame)
 {
@@ -90,7 +81,7 @@ inline Wobj MakeWobj(std::uint8_t held, const Pose& user, const Pose& object = {
     wobj.userFixed = 1;
     wobj.user = user;
     wobj.object = object;
-    wobj.combined = PoseOf(Of(user) * Of(object));
+    wobj.combined = PoseOf(MatrixOf(user) * MatrixOf(object));
     return wobj;
 }
 

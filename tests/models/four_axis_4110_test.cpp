@@ -2,25 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_4110_model.h"
 #include "models/four_axis_model.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
-
-constexpr double kPiHere = 3.141592653589793;
-
-template <class Model>
-Model Initialised(std::uint32_t type, const NaiveArm& arm)
-{
-    Model model;
-    const KineKinematicParam param = ParamOf(arm);
-    EXPECT_EQ(model.InitModel(type, &param), KINE_OK);
-    return model;
-}
 
 FourAxis4110Model ModelOf(const NaiveArm& arm) { return Initialised<FourAxis4110Model>(4110, arm); }
 
@@ -55,7 +44,7 @@ TEST(FourAxis4110, forward_adds_half_a_turn_to_axis_2_of_the_given_record)
         Joints q = JointsOf(0.4, q2, 3.0, 0.5);
         const ToolBlock tool = BlockWithTool({10, 20, 30, 0.4, 0.0, 0.0});
         const Pose pose = model.ForwardKinematics(q, tool);
-        EXPECT_EQ(q.axis, JointsOf(0.4, q2 + kPiHere, 3.0, 0.5).axis);
+        EXPECT_EQ(q.axis, JointsOf(0.4, q2 + kHalfTurn, 3.0, 0.5).axis);
         Joints elbow = q;
         const Pose same = type4.ForwardKinematics(elbow, tool);
         EXPECT_EQ(pose.x, same.x);
@@ -105,15 +94,15 @@ TEST(FourAxis4110, configuration_and_wrapped_axis_2)
     const FourAxis4110Model model = ModelOf({});
     for (const ConfigCase& c : cases) {
         SCOPED_TRACE(c.q2Deg);
-        Joints q = JointsOf(Radians(c.q1Deg), Radians(c.q2Deg), 5.0, Radians(c.q4Deg));
+        Joints q = JointsOf(InRadians(c.q1Deg), InRadians(c.q2Deg), 5.0, InRadians(c.q4Deg));
         const KineArmConfig config = model.GetArmConfig(q);
         EXPECT_EQ(config.Cfg1, c.config.Cfg1);
         EXPECT_EQ(config.Cfg2, c.config.Cfg2);
         EXPECT_EQ(config.Cfg3, c.config.Cfg3);
         EXPECT_EQ(config.Cfg4, c.config.Cfg4);
-        EXPECT_NEAR(q.axis[1], Radians(c.wrappedDeg), 1e-13);
-        EXPECT_EQ(q.axis[0], Radians(c.q1Deg));
-        EXPECT_EQ(q.axis[3], Radians(c.q4Deg));
+        EXPECT_NEAR(q.axis[1], InRadians(c.wrappedDeg), 1e-13);
+        EXPECT_EQ(q.axis[0], InRadians(c.q1Deg));
+        EXPECT_EQ(q.axis[3], InRadians(c.q4Deg));
     }
 }
 
@@ -121,13 +110,13 @@ TEST(FourAxis4110, the_ends_of_the_wrap_go_to_the_other_side)
 {
     // 0.5 + 0.5 turns truncate to one whole turn, on either side.
     const FourAxis4110Model model = ModelOf({});
-    Joints up = JointsOf(0, kPiHere, 0, 0);
+    Joints up = JointsOf(0, kHalfTurn, 0, 0);
     EXPECT_EQ(model.GetArmConfig(up).Cfg1, 1);
-    EXPECT_EQ(up.axis[1], -kPiHere);
-    Joints down = JointsOf(0, -kPiHere, 0, 0);
+    EXPECT_EQ(up.axis[1], -kHalfTurn);
+    Joints down = JointsOf(0, -kHalfTurn, 0, 0);
     EXPECT_EQ(model.GetArmConfig(down).Cfg1, -1);
-    EXPECT_EQ(down.axis[1], kPiHere);
-    Joints below = JointsOf(0, std::nextafter(kPiHere, 0.0) - 1e-9, 0, 0);
+    EXPECT_EQ(down.axis[1], kHalfTurn);
+    Joints below = JointsOf(0, std::nextafter(kHalfTurn, 0.0) - 1e-9, 0, 0);
     EXPECT_EQ(model.GetArmConfig(below).Cfg1, -1);
     EXPECT_GT(below.axis[1], 3.1);
 }
@@ -137,13 +126,12 @@ TEST(FourAxis4110, whole_turns_beyond_the_integers_are_counted_in_double)
     const FourAxis4110Model model = ModelOf({});
     // 3e10 turns; the number in quarters saturates, the wrap still lands within half a turn and rounding.
     for (const double side : {1.0, -1.0}) {
-        Joints q = JointsOf(0, side * 2 * kPiHere * 3e10, 0, 0);
+        Joints q = JointsOf(0, side * 2 * kHalfTurn * 3e10, 0, 0);
         const KineArmConfig config = model.GetArmConfig(q);
         EXPECT_EQ(config.Cfg3, side > 0 ? INT32_MAX : INT32_MIN);
-        EXPECT_LE(std::fabs(q.axis[1]), kPiHere + 1e-4);
+        EXPECT_LE(std::fabs(q.axis[1]), kHalfTurn + 1e-4);
     }
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    Joints q = JointsOf(nan, nan, nan, nan);
+    Joints q = JointsOf(kNan, kNan, kNan, kNan);
     const KineArmConfig config = model.GetArmConfig(q);
     EXPECT_EQ(config.Cfg1, -1);
     EXPECT_EQ(config.Cfg2, INT32_MIN);
@@ -166,18 +154,18 @@ TEST(FourAxis4110, inverse_returns_the_joints_in_every_turn_of_axes_1_2_and_4)
 {
     const FourAxis4110Model model = ModelOf({});
     const ToolBlock tool = BlockWithTool({30, -20, 10, 0.3, 0.0, 0.0});
-    Draw draw(71);
+    SeededRandom random(71);
     for (int i = 0; i < 500; ++i) {
-        const Joints known = JointsOf(draw.Between(-40, 40), draw.Between(-40, 40), draw.Between(-40, 40),
-                                      draw.Between(-40, 40));
+        const Joints known = JointsOf(random.Uniform(-40, 40), random.Uniform(-40, 40),
+                                      random.Uniform(-40, 40), random.Uniform(-40, 40));
         SCOPED_TRACE(::testing::Message() << known.axis[0] << " " << known.axis[1] << " " << known.axis[3]);
         if (std::fabs(std::sin(known.axis[1])) < 0.02) continue;
-        const double heading = known.axis[0] + known.axis[1] + kPiHere + known.axis[3] + 0.3;
-        if (std::fabs(std::remainder(heading, 2 * kPiHere)) > 3.14) continue;
+        const double heading = known.axis[0] + known.axis[1] + kHalfTurn + known.axis[3] + 0.3;
+        if (std::fabs(std::remainder(heading, 2 * kHalfTurn)) > 3.14) continue;
         // With odd quarter turns of axis 2 the elbow is compared with these.
-        const double elbow = std::remainder(known.axis[1] + kPiHere, 2 * kPiHere);
+        const double elbow = std::remainder(known.axis[1] + kHalfTurn, 2 * kHalfTurn);
         Joints forConfig = known;
-        const double quarters = (model.GetArmConfig(forConfig).Cfg3 % 4) * kPiHere / 2;
+        const double quarters = (model.GetArmConfig(forConfig).Cfg3 % 4) * kHalfTurn / 2;
         if (std::fabs(elbow - quarters) < 0.001) continue;
         Joints solved{};
         ASSERT_EQ(RoundTrip(model, known, tool, solved), KINE_OK);
@@ -194,7 +182,7 @@ TEST(FourAxis4110, inverse_of_a_tilted_arm_reproduces_the_pose)
     for (const double q2 : {-2.6, -2.0, -1.4, -0.8, 0.8, 1.4, 2.0, 2.6}) {
         for (const double q1 : {-2.0, 0.4, 7.0}) {
             SCOPED_TRACE(q2);
-            const Joints known = JointsOf(q1, q2, 4.0, -q1 - q2 - kPiHere + 0.3);
+            const Joints known = JointsOf(q1, q2, 4.0, -q1 - q2 - kHalfTurn + 0.3);
             Joints solved{};
             ASSERT_EQ(RoundTrip(model, known, tool, solved), KINE_OK);
             Joints a = known, b = solved;
@@ -213,14 +201,14 @@ TEST(FourAxis4110, inverse_of_a_tilted_arm_reproduces_the_pose)
 // The elbow at elbowDeg, axis 1 at 0.
 KineResult SolveElbow(double elbowDeg, const KineArmConfig& config, Joints& solved)
 {
-    const double elbow = Radians(elbowDeg);
+    const double elbow = InRadians(elbowDeg);
     const Pose target{425.0 + 375.0 * std::cos(elbow), 375.0 * std::sin(elbow), 80.0, 0.0, 0.0, 0.0};
     return ModelOf({}).InverseKinematics(target, {}, config, solved);
 }
 
 TEST(FourAxis4110, singular_where_the_elbow_meets_the_quarter_turns_of_cfg3)
 {
-    const double mrad = 180.0 / kPiHere / 1000.0;  // in degrees
+    const double mrad = InDegrees(0.001);  // in degrees
     const struct
     {
         double elbowDeg;
@@ -274,7 +262,7 @@ TEST(FourAxis4110, solved_turns_of_axis_2)
     for (const auto& c : cases) {
         Joints solved{};
         ASSERT_EQ(SolveElbow(60.0, {1, 0, c.cfg3, 0}, solved), KINE_OK) << c.cfg3;
-        EXPECT_NEAR(solved.axis[1] * 180.0 / kPiHere, c.axis2Deg, 1e-9) << c.cfg3;
+        EXPECT_NEAR(InDegrees(solved.axis[1]), c.axis2Deg, 1e-9) << c.cfg3;
         Joints again = solved;
         EXPECT_NEAR(ModelOf({}).ForwardKinematics(again, {}).x, 425.0 + 187.5, 1e-9);
     }
@@ -284,11 +272,11 @@ TEST(FourAxis4110, window_edge_below_zero_carries_5_6e_6_quarters)
 {
     // Heading such that axis 4 comes out half a turn back and 7e-6 quarters more: type 4 keeps it.
     for (const double beyond : {4e-6, 7e-6}) {
-        const double raw = -kPiHere - beyond * kPiHere / 2;
-        const Pose target{425.0, 375.0, 80.0, kPiHere / 2 + raw, 0.0, 0.0};
+        const double raw = -kHalfTurn - beyond * kHalfTurn / 2;
+        const Pose target{425.0, 375.0, 80.0, kHalfTurn / 2 + raw, 0.0, 0.0};
         Joints joints{};
         ASSERT_EQ(ModelOf({}).InverseKinematics(target, {}, {1, 0, 0, 0}, joints), KINE_OK);
-        EXPECT_NEAR(joints.axis[3], beyond < 5e-6 ? raw : raw + 2 * kPiHere, 1e-9);
+        EXPECT_NEAR(joints.axis[3], beyond < 5e-6 ? raw : raw + 2 * kHalfTurn, 1e-9);
     }
 }
 

@@ -2,6 +2,8 @@
 // positions, complex numbers for derivatives. Angles in rad, tilts in degrees as in the parameter record.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cmath>
 #include <complex>
@@ -10,6 +12,8 @@
 #include "KineDll.h"
 #include "models/arm_model.h"
 #include "models/four_axis_params.h"
+#include "support/plain_matrix.h"
+#include "support/seeded_random.h"
 
 namespace kine::test {
 
@@ -42,8 +46,6 @@ inline FourAxisParams BlockOf(const NaiveArm& arm)
     if (InitFourAxisParams(4, 4, &param, block) != KINE_OK) std::abort();
     return block;
 }
-
-inline double Radians(double degrees) { return degrees / 180.0 * 3.14159265358979323846; }
 
 template <class T>
 using Triple = std::array<T, 3>;
@@ -110,12 +112,12 @@ NaiveState<T> NaiveForward(const NaiveArm& arm, const std::array<T, 4>& q, const
     using std::cos;
     using std::sin;
     const Square<T> r1 =
-        Product(Product(AboutZ(q[0]), AboutX(T(Radians(arm.tiltX1)))), AboutY(T(Radians(arm.tiltY1))));
+        Product(Product(AboutZ(q[0]), AboutX(T(InRadians(arm.tiltX1)))), AboutY(T(InRadians(arm.tiltY1))));
     const Square<T> r2 =
-        Product(Product(AboutZ(q[1]), AboutX(T(Radians(arm.tiltX2)))), AboutY(T(Radians(arm.tiltY2))));
+        Product(Product(AboutZ(q[1]), AboutX(T(InRadians(arm.tiltX2)))), AboutY(T(InRadians(arm.tiltY2))));
     NaiveState<T> state{};
     state.forearm = Product(r1, r2);
-    const T travel = T(arm.lead) * q[2] / T(2.0 * 3.14159265358979323846) + T(arm.z0);
+    const T travel = T(arm.lead) * q[2] / T(2.0 * kHalfTurn) + T(arm.z0);
     const Triple<T> first{T(arm.l1) * cos(q[0]), T(arm.l1) * sin(q[0]), T(0)};
     const Triple<T> second = Turned(r1, Triple<T>{T(arm.l2) * cos(q[1]), T(arm.l2) * sin(q[1]), T(0)});
     const Triple<T> third = Turned(state.forearm, Triple<T>{T(0), T(0), travel});
@@ -127,6 +129,16 @@ NaiveState<T> NaiveForward(const NaiveArm& arm, const std::array<T, 4>& q, const
     }
     state.tool = Product(hand, AboutZ(T(tool.a)));
     return state;
+}
+
+// A model of its class, initialised for an arm type.
+template <class Model>
+Model Initialised(std::uint32_t type, const NaiveArm& arm)
+{
+    Model model;
+    const KineKinematicParam param = ParamOf(arm);
+    EXPECT_EQ(model.InitModel(type, &param), KINE_OK);
+    return model;
 }
 
 inline ToolBlock BlockWithTool(const Pose& tool)
@@ -157,21 +169,5 @@ inline bool AreMarked(const Joints& joints)
     const Joints marked = MarkedJoints();
     return joints.axis == marked.axis && joints.extAxis == marked.extAxis;
 }
-
-// A small generator of its own, the same on every platform.
-class Draw
-{
-public:
-    explicit Draw(std::uint64_t seed) : state_(seed) {}
-
-    double Between(double low, double high)
-    {
-        state_ = state_ * 6364136223846793005ULL + 1442695040888963407ULL;
-        return low + (high - low) * (static_cast<double>(state_ >> 11) / 9007199254740992.0);
-    }
-
-private:
-    std::uint64_t state_;
-};
 
 }  // namespace kine::test

@@ -3,17 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_4110_model.h"
 #include "models/four_axis_geometry.h"
 #include "models/four_axis_model.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
-
-constexpr double kPiHere = 3.141592653589793;
 
 bool IsSingular(double q2, std::uint32_t kind) { return FourAxisSingularity(q2, kind) != 0; }
 
@@ -29,13 +27,13 @@ void ExpectThreshold(std::uint32_t kind, double threshold)
         EXPECT_FALSE(IsSingular(side * 1.0, kind));
         // Around half a turn: above it only, seen from zero.
         EXPECT_FALSE(IsSingular(side * 3.13, kind));
-        EXPECT_TRUE(IsSingular(side * kPiHere, kind));
+        EXPECT_TRUE(IsSingular(side * kHalfTurn, kind));
         EXPECT_TRUE(IsSingular(side * 3.15, kind));
-        EXPECT_TRUE(IsSingular(side * (kPiHere + threshold - 1e-9), kind));
-        EXPECT_FALSE(IsSingular(side * (kPiHere + threshold + 1e-9), kind));
-        EXPECT_FALSE(IsSingular(side * (2 * kPiHere - 0.001), kind));
-        EXPECT_TRUE(IsSingular(side * (2 * kPiHere + 0.001), kind));
-        EXPECT_TRUE(IsSingular(side * (40 * kPiHere + 0.001), kind));
+        EXPECT_TRUE(IsSingular(side * (kHalfTurn + threshold - 1e-9), kind));
+        EXPECT_FALSE(IsSingular(side * (kHalfTurn + threshold + 1e-9), kind));
+        EXPECT_FALSE(IsSingular(side * (2 * kHalfTurn - 0.001), kind));
+        EXPECT_TRUE(IsSingular(side * (2 * kHalfTurn + 0.001), kind));
+        EXPECT_TRUE(IsSingular(side * (40 * kHalfTurn + 0.001), kind));
     }
 }
 
@@ -51,22 +49,20 @@ TEST(FourAxisSingularity, any_other_kind_is_never_singular)
 {
     for (const std::uint32_t kind : {3U, 4U, 256U, 0x80000000U, 0xFFFFFFFFU}) {
         EXPECT_FALSE(IsSingular(0.0, kind));
-        EXPECT_FALSE(IsSingular(kPiHere, kind));
+        EXPECT_FALSE(IsSingular(kHalfTurn, kind));
     }
 }
 
 TEST(FourAxisSingularity, not_a_number_and_infinity_are_not_singular)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {inf, -inf, std::numeric_limits<double>::quiet_NaN()})
-        EXPECT_FALSE(IsSingular(bad, 0));
+    for (const double bad : {kInf, -kInf, kNan}) EXPECT_FALSE(IsSingular(bad, 0));
 }
 
 TEST(FourAxisSingularity, half_turns_beyond_the_integers_are_counted_in_double)
 {
     // 3e10 half turns, rounded to the nearest double: some 1e-5 rad of rounding.
-    EXPECT_TRUE(IsSingular(3e10 * kPiHere + 0.001, 0));
-    EXPECT_FALSE(IsSingular(3e10 * kPiHere + 1.5, 0));
+    EXPECT_TRUE(IsSingular(3e10 * kHalfTurn + 0.001, 0));
+    EXPECT_FALSE(IsSingular(3e10 * kHalfTurn + 1.5, 0));
 }
 
 TEST(FourAxisSingularity, both_models_read_axis_2_as_given)

@@ -2,26 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_4110_model.h"
 #include "models/four_axis_model.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
 
-const double kInf = std::numeric_limits<double>::infinity();
-const double kBadValues[] = {kInf, -kInf, std::numeric_limits<double>::quiet_NaN()};
-
-template <class Model>
-Model ModelOf(std::uint32_t type, const NaiveArm& arm)
-{
-    Model model;
-    const KineKinematicParam param = ParamOf(arm);
-    EXPECT_EQ(model.InitModel(type, &param), KINE_OK);
-    return model;
-}
+const double kBadValues[] = {kInf, -kInf, kNan};
 
 void ExpectCode(const ArmModel& model, const Pose& target, const Pose& tool, KineResult code)
 {
@@ -48,10 +38,10 @@ void ExpectFailClosed(const ArmModel& model)
 
 TEST(FourAxisNotFinite, a_bad_position_or_heading_is_0x6094)
 {
-    ExpectFailClosed(ModelOf<FourAxisModel>(4, {}));
-    ExpectFailClosed(ModelOf<FourAxis4110Model>(4110, {}));
-    ExpectFailClosed(ModelOf<FourAxisModel>(4, SteepArm()));
-    ExpectFailClosed(ModelOf<FourAxis4110Model>(4110, SteepArm()));
+    ExpectFailClosed(Initialised<FourAxisModel>(4, {}));
+    ExpectFailClosed(Initialised<FourAxis4110Model>(4110, {}));
+    ExpectFailClosed(Initialised<FourAxisModel>(4, SteepArm()));
+    ExpectFailClosed(Initialised<FourAxis4110Model>(4110, SteepArm()));
 }
 
 // A bad height passes the closed form, whose plane it is not part of. In the refinement the error is never
@@ -77,24 +67,25 @@ void ExpectBadHeight(const ArmModel& flat, const ArmModel& steep)
 
 TEST(FourAxisNotFinite, a_bad_height_ends_in_a_code)
 {
-    ExpectBadHeight(ModelOf<FourAxisModel>(4, {}), ModelOf<FourAxisModel>(4, SteepArm()));
-    ExpectBadHeight(ModelOf<FourAxis4110Model>(4110, {}), ModelOf<FourAxis4110Model>(4110, SteepArm()));
+    ExpectBadHeight(Initialised<FourAxisModel>(4, {}), Initialised<FourAxisModel>(4, SteepArm()));
+    ExpectBadHeight(Initialised<FourAxis4110Model>(4110, {}),
+                    Initialised<FourAxis4110Model>(4110, SteepArm()));
 }
 
 TEST(FourAxisNotFinite, a_length_that_is_not_a_number_is_0x6094)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     for (double NaiveArm::*length : {&NaiveArm::l1, &NaiveArm::l2}) {
         NaiveArm arm;
-        arm.*length = nan;
-        ExpectCode(ModelOf<FourAxisModel>(4, arm), {500, 200, 90, 0.3, 0, 0}, {}, KINE_ERR_IK_REACH);
-        ExpectCode(ModelOf<FourAxis4110Model>(4110, arm), {500, 200, 90, 0.3, 0, 0}, {}, KINE_ERR_IK_REACH);
+        arm.*length = kNan;
+        ExpectCode(Initialised<FourAxisModel>(4, arm), {500, 200, 90, 0.3, 0, 0}, {}, KINE_ERR_IK_REACH);
+        ExpectCode(Initialised<FourAxis4110Model>(4110, arm), {500, 200, 90, 0.3, 0, 0}, {},
+                   KINE_ERR_IK_REACH);
     }
 }
 
 TEST(FourAxisNotFinite, huge_values_end_in_a_code_or_in_finite_joints)
 {
-    const FourAxisModel model = ModelOf<FourAxisModel>(4, SteepArm());
+    const FourAxisModel model = Initialised<FourAxisModel>(4, SteepArm());
     for (const double huge : {1e20, -1e20, 1e154, 1e200, -1e307}) {
         for (double Pose::*field : {&Pose::x, &Pose::y, &Pose::z, &Pose::a}) {
             Pose target{500, 200, 90, 0.3, 0, 0};

@@ -2,15 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_geometry.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
 constexpr double kMm = 1e-11;
 constexpr double kRad = 1e-14;
 
@@ -18,17 +17,17 @@ TEST(FourAxisForward, an_arm_without_tilts_is_the_plane_formula)
 {
     const NaiveArm arm;
     const FourAxisParams params = BlockOf(arm);
-    Draw draw(21);
+    SeededRandom random(21);
     for (int i = 0; i < 100; ++i) {
-        const FourAngles q{draw.Between(-7, 7), draw.Between(-7, 7), draw.Between(-60, 60),
-                           draw.Between(-7, 7)};
+        const FourAngles q{random.Uniform(-7, 7), random.Uniform(-7, 7), random.Uniform(-60, 60),
+                           random.Uniform(-7, 7)};
         SCOPED_TRACE(i);
         const Pose pose = FourAxisToolPose(params, q, {});
         EXPECT_NEAR(pose.x, arm.l1 * std::cos(q[0]) + arm.l2 * std::cos(q[0] + q[1]), kMm);
         EXPECT_NEAR(pose.y, arm.l1 * std::sin(q[0]) + arm.l2 * std::sin(q[0] + q[1]), kMm);
-        EXPECT_NEAR(pose.z, arm.z0 + arm.lead * q[2] / (2 * kPiHere), kMm);
-        EXPECT_NEAR(std::remainder(pose.a - (q[0] + q[1] + q[3]), 2 * kPiHere), 0.0, kRad);
-        EXPECT_LE(std::fabs(pose.a), kPiHere);
+        EXPECT_NEAR(pose.z, arm.z0 + arm.lead * q[2] / (2 * kHalfTurn), kMm);
+        EXPECT_NEAR(std::remainder(pose.a - (q[0] + q[1] + q[3]), 2 * kHalfTurn), 0.0, kRad);
+        EXPECT_LE(std::fabs(pose.a), kHalfTurn);
         EXPECT_EQ(pose.b, 0.0);
         EXPECT_EQ(pose.c, 0.0);
     }
@@ -41,7 +40,7 @@ TEST(FourAxisForward, one_turn_of_the_screw_lifts_by_one_lead)
         arm.lead = lead;
         const FourAxisParams params = BlockOf(arm);
         const double low = FourAxisToolPose(params, {0.3, 0.4, 0.0, 0.1}, {}).z;
-        const double high = FourAxisToolPose(params, {0.3, 0.4, 2 * kPiHere, 0.1}, {}).z;
+        const double high = FourAxisToolPose(params, {0.3, 0.4, 2 * kHalfTurn, 0.1}, {}).z;
         EXPECT_EQ(low, 80.0);
         EXPECT_EQ(high, 80.0 + lead);
     }
@@ -49,23 +48,27 @@ TEST(FourAxisForward, one_turn_of_the_screw_lifts_by_one_lead)
 
 TEST(FourAxisForward, tilted_arms_are_the_product_of_their_rotations)
 {
-    Draw draw(22);
+    SeededRandom random(22);
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
         NaiveArm arm = SteepArm();
         for (double* tilt : {&arm.tiltX1, &arm.tiltX2, &arm.tiltY1, &arm.tiltY2})
-            *tilt = draw.Between(-30, 30);
-        const FourAngles q{draw.Between(-4, 4), draw.Between(-4, 4), draw.Between(-60, 60),
-                           draw.Between(-9, 9)};
-        const Pose tool{
-            draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-3, 3), 0, 0};
+            *tilt = random.Uniform(-30, 30);
+        const FourAngles q{random.Uniform(-4, 4), random.Uniform(-4, 4), random.Uniform(-60, 60),
+                           random.Uniform(-9, 9)};
+        const Pose tool{random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-3, 3),
+                        0,
+                        0};
         const Pose pose = FourAxisToolPose(BlockOf(arm), q, tool);
         const auto naive = NaiveForward<double>(arm, q, tool);
         EXPECT_NEAR(pose.x, naive.tip[0], kMm);
         EXPECT_NEAR(pose.y, naive.tip[1], kMm);
         EXPECT_NEAR(pose.z, naive.tip[2], kMm);
         const double heading = std::atan2(naive.tool[1][0], naive.tool[0][0]);
-        EXPECT_NEAR(std::remainder(pose.a - heading, 2 * kPiHere), 0.0, kRad);
+        EXPECT_NEAR(std::remainder(pose.a - heading, 2 * kHalfTurn), 0.0, kRad);
         EXPECT_EQ(pose.b, 0.0);
         EXPECT_EQ(pose.c, 0.0);
     }
@@ -86,7 +89,7 @@ TEST(FourAxisForward, tilt_1_about_x_tips_the_second_link_and_the_screw)
     // Elbow at 90 degrees: the second link lies along Y of link 1 and goes up with a tilt of 90 about X;
     // the screw then points along -Y.
     NaiveArm arm{400.0, 300.0, 50.0, 10.0, 90.0, 0.0, 0.0, 0.0};
-    const Pose pose = FourAxisToolPose(BlockOf(arm), {0.0, kPiHere / 2, 0.0, 0.0}, {});
+    const Pose pose = FourAxisToolPose(BlockOf(arm), {0.0, kHalfTurn / 2, 0.0, 0.0}, {});
     EXPECT_NEAR(pose.x, 400.0, kMm);
     EXPECT_NEAR(pose.y, -50.0, kMm);
     EXPECT_NEAR(pose.z, 300.0, kMm);
@@ -115,10 +118,9 @@ TEST(FourAxisForward, of_the_tool_only_position_and_a_count)
 {
     const FourAxisParams params = BlockOf(SteepArm());
     const FourAngles q{0.4, -0.9, 11.0, 2.0};
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     const Pose plain = FourAxisToolPose(params, q, {10, 20, 30, 0.5, 0.0, 0.0});
     const Pose tipped = FourAxisToolPose(params, q, {10, 20, 30, 0.5, 1.1, -2.2});
-    const Pose broken = FourAxisToolPose(params, q, {10, 20, 30, 0.5, nan, nan});
+    const Pose broken = FourAxisToolPose(params, q, {10, 20, 30, 0.5, kNan, kNan});
     for (const Pose& other : {tipped, broken}) {
         EXPECT_EQ(plain.x, other.x);
         EXPECT_EQ(plain.y, other.y);
@@ -131,12 +133,12 @@ TEST(FourAxisForward, of_the_tool_only_position_and_a_count)
 
 TEST(FourAxisForward, planar_pose_is_the_flange_in_the_plane_with_the_forearm_heading)
 {
-    Draw draw(23);
+    SeededRandom random(23);
     const NaiveArm arm = SteepArm();
     for (int i = 0; i < 50; ++i) {
         SCOPED_TRACE(i);
-        const FourAngles q{draw.Between(-4, 4), draw.Between(-4, 4), draw.Between(-60, 60),
-                           draw.Between(-9, 9)};
+        const FourAngles q{random.Uniform(-4, 4), random.Uniform(-4, 4), random.Uniform(-60, 60),
+                           random.Uniform(-9, 9)};
         const Pose pose = FourAxisPlanarPose(BlockOf(arm), q);
         const auto naive = NaiveForward<double>(arm, q, {});
         EXPECT_NEAR(pose.x, naive.flange[0], kMm);
@@ -152,8 +154,7 @@ TEST(FourAxisForward, planar_pose_does_not_look_at_axis_4)
 {
     const FourAxisParams params = BlockOf(SteepArm());
     const Pose first = FourAxisPlanarPose(params, {0.4, -0.9, 11.0, 2.0});
-    const Pose second =
-        FourAxisPlanarPose(params, {0.4, -0.9, 11.0, std::numeric_limits<double>::quiet_NaN()});
+    const Pose second = FourAxisPlanarPose(params, {0.4, -0.9, 11.0, kNan});
     EXPECT_EQ(first.x, second.x);
     EXPECT_EQ(first.y, second.y);
     EXPECT_EQ(first.a, second.a);
@@ -162,13 +163,12 @@ TEST(FourAxisForward, planar_pose_does_not_look_at_axis_4)
 TEST(FourAxisForward, not_a_number_is_passed_on)
 {
     const FourAxisParams params = BlockOf({});
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {nan, 0.1, 0.2, 0.3}, {}).x));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, nan, 0.2, 0.3}, {}).y));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, nan, 0.3}, {}).z));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, nan}, {}).a));
-    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, 0.4}, {nan, 0, 0, 0, 0, 0}).x));
-    EXPECT_TRUE(std::isnan(FourAxisPlanarPose(params, {nan, 0.1, 0.2, 0.3}).a));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {kNan, 0.1, 0.2, 0.3}, {}).x));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, kNan, 0.2, 0.3}, {}).y));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, kNan, 0.3}, {}).z));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, kNan}, {}).a));
+    EXPECT_TRUE(std::isnan(FourAxisToolPose(params, {0.1, 0.2, 0.3, 0.4}, {kNan, 0, 0, 0, 0, 0}).x));
+    EXPECT_TRUE(std::isnan(FourAxisPlanarPose(params, {kNan, 0.1, 0.2, 0.3}).a));
 }
 
 }  // namespace

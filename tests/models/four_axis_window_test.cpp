@@ -3,19 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "models/quadrant.h"
+#include "support/numbers.h"
+#include "support/plain_matrix.h"
 
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
 constexpr double kBias4 = 1e-5;
 constexpr double kBias4110 = 5.555555556e-6;
 
 // An angle from quarter turns.
-double Quarters(double n) { return n * kPiHere / 2; }
+double Quarters(double n) { return n * kHalfTurn / 2; }
 
 double Windowed(double angle, std::int32_t turn, double bias)
 {
@@ -83,8 +83,8 @@ TEST(FourAxisWindow, a_number_three_away_moves_by_one_turn)
         SCOPED_TRACE(turn);
         const double above = Quarters(turn + 3.5);
         const double below = Quarters(turn - 2.5);
-        EXPECT_NEAR(Windowed(above, turn, kBias4), above - 2 * kPiHere, 1e-13);
-        EXPECT_NEAR(Windowed(below, turn, kBias4), below + 2 * kPiHere, 1e-13);
+        EXPECT_NEAR(Windowed(above, turn, kBias4), above - 2 * kHalfTurn, 1e-13);
+        EXPECT_NEAR(Windowed(below, turn, kBias4), below + 2 * kHalfTurn, 1e-13);
     }
 }
 
@@ -100,7 +100,7 @@ TEST(FourAxisWindow, the_edge_below_zero_depends_on_the_arm)
     // Half a turn back and 7e-6 quarters more: inside the bias of type 4, outside that of type 4110.
     const double angle = Quarters(-2.0 - 7e-6);
     EXPECT_EQ(Windowed(angle, 0, kBias4), angle);
-    EXPECT_NEAR(Windowed(angle, 0, kBias4110), angle + 2 * kPiHere, 1e-13);
+    EXPECT_NEAR(Windowed(angle, 0, kBias4110), angle + 2 * kHalfTurn, 1e-13);
     EXPECT_EQ(Windowed(Quarters(-2.0 - kBias4 + 1e-7), 0, kBias4), Quarters(-2.0 - kBias4 + 1e-7));
     EXPECT_GT(Windowed(Quarters(-2.0 - kBias4 - 1e-7), 0, kBias4), 0.0);
     EXPECT_EQ(Windowed(Quarters(-2.0 - kBias4110 + 1e-7), 0, kBias4110), Quarters(-2.0 - kBias4110 + 1e-7));
@@ -117,8 +117,7 @@ TEST(FourAxisWindow, the_edge_above_zero_has_no_bias)
 
 TEST(FourAxisWindow, an_angle_that_is_not_finite_is_refused)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {inf, -inf, std::numeric_limits<double>::quiet_NaN(), 1e300, -1e300}) {
+    for (const double bad : {kInf, -kInf, kNan, 1e300, -1e300}) {
         for (const std::int32_t turn : {0, 5, -1000000, 1000000}) {
             double angle = bad;
             EXPECT_FALSE(QuadrantWindow(angle, turn, kBias4)) << bad;
@@ -136,7 +135,7 @@ TEST(FourAxisShift, moves_by_the_whole_turns_of_the_number)
     } cases[] = {{0, 0},  {1, 0},  {3, 0},   {4, 1},   {7, 1},   {8, 2},
                  {-1, 0}, {-3, 0}, {-4, -1}, {-5, -1}, {-8, -2}, {640, 160}};
     for (const auto& c : cases)
-        EXPECT_NEAR(ShiftByTurn(0.25, c.turn), 0.25 + c.wholeTurns * 2 * kPiHere, 1e-11) << c.turn;
+        EXPECT_NEAR(ShiftByTurn(0.25, c.turn), 0.25 + c.wholeTurns * 2 * kHalfTurn, 1e-11) << c.turn;
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 
 #include <cmath>
 
-#include "four_axis/api_calls.h"
+#include "support/cell_setup.h"
+#include "support/chain_calls.h"
+#include "support/four_axis_calls.h"
 
 namespace kine::test {
 namespace {
@@ -22,32 +24,6 @@ void Configure(std::uint32_t type)
     Initialise(type, Scara());
     ASSERT_EQ(Kine_SetMechUnitGlobalCfg(3, 6, 1), KINE_OK);
 }
-
-KineMechUnit UnitOf(uint16_t kind, uint8_t axes, const KineFrame& first, const KineFrame& second = {})
-{
-    KineMechUnit unit{};
-    unit.Active = 1;
-    unit.UnitKind = kind;
-    unit.AxisCount = axes;
-    unit.AxisFrame[0] = first;
-    unit.AxisFrame[1] = second;
-    unit.AxisParamIndex[0] = 2;
-    unit.AxisParamIndex[1] = 4;
-    return unit;
-}
-
-void Store(int index, const KineMechUnit& unit) { ASSERT_EQ(Kine_SetMechUnitParam(index, &unit), KINE_OK); }
-
-void MountOn(int index)
-{
-    KineMechUnit ground{};
-    ground.Option1 = 1;
-    ground.Option2 = static_cast<uint8_t>(index);
-    Store(0, ground);
-}
-
-using ForwardCall = KineResult(KINE_CALL*)(const KineJoint*, const KineTool*, const KineWobj*,
-                                           const KineLoad*, KinePose*);
 
 KinePose Forward(ForwardCall call, const KineJoint& joints, const KineTool& tool, const KineWobj& wobj)
 {
@@ -135,7 +111,7 @@ TEST(FourAxisCell, work_object_on_a_turntable)
     for (const std::uint32_t type : kFourAxisTypes) {
         SCOPED_TRACE(type);
         Configure(type);
-        Store(1, UnitOf(2, 1, {300, 275, 0, 0, 0, 0}));
+        StoreUnit(1, RotaryUnit({300, 275, 0, 0, 0, 0}, 2));
         KineJoint joints = RightAngle(type, -90.0);  // heading 0
         joints.ExtAxis[2] = 90.0;
         // 25 mm off the centre along X; the table turned by 90 sees that along its -Y.
@@ -149,7 +125,7 @@ TEST(FourAxisCell, work_object_on_two_rotary_axes)
     for (const std::uint32_t type : kFourAxisTypes) {
         SCOPED_TRACE(type);
         Configure(type);
-        Store(1, UnitOf(3, 2, {300, 275, 0, 0, 0, 0}, {0, 10, 0, 0, 0, 0}));
+        StoreUnit(1, TwoRotaryUnit({300, 275, 0, 0, 0, 0}, {0, 10, 0, 0, 0, 0}, 2, 4));
         KineJoint joints = RightAngle(type, -90.0);
         joints.ExtAxis[2] = 30.0;
         joints.ExtAxis[4] = -30.0;
@@ -168,7 +144,7 @@ TEST(FourAxisCell, work_object_on_a_slide)
         Configure(type);
         // The slide runs along +Y of the world; its second frame turns the table by 90 more, its place is not
         // used.
-        Store(1, UnitOf(1, 1, {300, 200, 0, 90, 0, 0}, {500, 500, 500, 90, 0, 0}));
+        StoreUnit(1, LinearUnit({300, 200, 0, 90, 0, 0}, {500, 500, 500, 90, 0, 0}, 2));
         KineJoint joints = RightAngle(type, -90.0);
         joints.ExtAxis[2] = 60.0;
         // Table at (300, 260) turned by 180: (25, 15) is seen as (-25, -15).
@@ -186,8 +162,8 @@ TEST(FourAxisCell, robot_on_a_track)
     for (const std::uint32_t type : kFourAxisTypes) {
         SCOPED_TRACE(type);
         Configure(type);
-        Store(1, UnitOf(1, 1, {0, 0, 100, 90, 0, 0}));
-        MountOn(1);
+        StoreUnit(1, LinearUnit({0, 0, 100, 90, 0, 0}, {}, 2));
+        StoreUnit(0, CarryingRobot({}, 1));
         KineJoint joints = RightAngle(type, -90.0);
         joints.ExtAxis[2] = 1000.0;
         // Base at (0, 1000, 100) turned by 90: (325, 275) of the base is (-275, 325) of the world.
@@ -203,8 +179,8 @@ TEST(FourAxisCell, robot_on_a_turning_column_with_a_stationary_tool)
     for (const std::uint32_t type : kFourAxisTypes) {
         SCOPED_TRACE(type);
         Configure(type);
-        Store(2, UnitOf(2, 1, {10, 0, 0, 0, 0, 0}));
-        MountOn(2);
+        StoreUnit(2, RotaryUnit({10, 0, 0, 0, 0, 0}, 2));
+        StoreUnit(0, CarryingRobot({}, 2));
         KineJoint joints = RightAngle(type, -90.0);
         joints.ExtAxis[2] = -90.0;
         // The base turned by -90: the flange (325, 275) stands at (10 + 275, -325), heading -90.

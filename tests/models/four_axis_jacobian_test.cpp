@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_geometry.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
@@ -37,23 +37,27 @@ struct Case
     Pose tool;
 };
 
-Case RandomCase(Draw& draw)
+Case RandomCase(SeededRandom& random)
 {
     Case c;
     for (double* tilt : {&c.arm.tiltX1, &c.arm.tiltX2, &c.arm.tiltY1, &c.arm.tiltY2})
-        *tilt = draw.Between(-25, 25);
-    c.q = {draw.Between(-4, 4), draw.Between(-4, 4), draw.Between(-60, 60), draw.Between(-9, 9)};
-    c.tool = {
-        draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-3, 3), 0.7, -0.7};
+        *tilt = random.Uniform(-25, 25);
+    c.q = {random.Uniform(-4, 4), random.Uniform(-4, 4), random.Uniform(-60, 60), random.Uniform(-9, 9)};
+    c.tool = {random.Uniform(-90, 90),
+              random.Uniform(-90, 90),
+              random.Uniform(-90, 90),
+              random.Uniform(-3, 3),
+              0.7,
+              -0.7};
     return c;
 }
 
 TEST(FourAxisJacobian, every_entry_is_the_derivative)
 {
-    Draw draw(31);
+    SeededRandom random(31);
     for (int i = 0; i < 300; ++i) {
         SCOPED_TRACE(i);
-        const Case c = RandomCase(draw);
+        const Case c = RandomCase(random);
         const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         for (std::size_t axis = 0; axis < 4; ++axis) {
             const auto expected = ComplexStep(c.arm, c.q, c.tool, axis);
@@ -66,9 +70,9 @@ TEST(FourAxisJacobian, every_entry_is_the_derivative)
 
 TEST(FourAxisJacobian, height_by_axis_1_and_heading_by_axis_3_are_exactly_zero)
 {
-    Draw draw(32);
+    SeededRandom random(32);
     for (int i = 0; i < 100; ++i) {
-        const Case c = RandomCase(draw);
+        const Case c = RandomCase(random);
         const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         EXPECT_EQ(jacobian.m[2][0], 0.0);
         EXPECT_EQ(jacobian.m[3][2], 0.0);
@@ -77,13 +81,14 @@ TEST(FourAxisJacobian, height_by_axis_1_and_heading_by_axis_3_are_exactly_zero)
 
 TEST(FourAxisJacobian, axis_3_moves_along_the_screw_by_the_lead_per_turn)
 {
-    Draw draw(33);
+    SeededRandom random(33);
     for (int i = 0; i < 50; ++i) {
-        const Case c = RandomCase(draw);
+        const Case c = RandomCase(random);
         const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         const auto naive = NaiveForward<double>(c.arm, c.q, c.tool);
         for (std::size_t row = 0; row < 3; ++row)
-            EXPECT_NEAR(jacobian.m[row][2], naive.forearm[row][2] * c.arm.lead / (2 * Radians(180.0)), 1e-14);
+            EXPECT_NEAR(jacobian.m[row][2], naive.forearm[row][2] * c.arm.lead / (2 * InRadians(180.0)),
+                        1e-14);
     }
 }
 
@@ -92,10 +97,10 @@ TEST(FourAxisJacobian, of_a_plane_arm_by_hand)
     // q1 = 0, q2 = 90 degrees: the tool point at (425 - ty, 375 + tx) with q4 = 0 and tool (tx, ty) turned
     // by 90.
     const Pose tool{20.0, 5.0, 1.0, 0.0, 0.0, 0.0};
-    const Matrix4 j = FourAxisJacobian(BlockOf({}), {0.0, Radians(90.0), 0.0, 0.0}, tool);
+    const Matrix4 j = FourAxisJacobian(BlockOf({}), {0.0, InRadians(90.0), 0.0, 0.0}, tool);
     const double expected[4][4] = {{-395.0, -395.0, 0.0, -20.0},
                                    {420.0, -5.0, 0.0, -5.0},
-                                   {0.0, 0.0, 25.0 / (2 * Radians(180.0)), 0.0},
+                                   {0.0, 0.0, 25.0 / (2 * InRadians(180.0)), 0.0},
                                    {1.0, 1.0, 0.0, 1.0}};
     for (std::size_t row = 0; row < 4; ++row)
         for (std::size_t col = 0; col < 4; ++col) EXPECT_NEAR(j.m[row][col], expected[row][col], 1e-12);
@@ -130,12 +135,12 @@ Matrix4 GeneralInverse(Matrix4 a)
 
 TEST(Jacobian4Inverse, agrees_with_a_general_inverse)
 {
-    Draw draw(34);
+    SeededRandom random(34);
     for (int i = 0; i < 300; ++i) {
         SCOPED_TRACE(i);
         Matrix4 a{};
         for (auto& row : a.m)
-            for (double& value : row) value = draw.Between(-10, 10);
+            for (double& value : row) value = random.Uniform(-10, 10);
         a.m[2][0] = 0.0;
         a.m[3][2] = 0.0;
         const Matrix4 expected = GeneralInverse(a);
@@ -152,11 +157,11 @@ TEST(Jacobian4Inverse, agrees_with_a_general_inverse)
 
 TEST(Jacobian4Inverse, of_a_jacobian_times_it_is_the_identity)
 {
-    Draw draw(35);
+    SeededRandom random(35);
     for (int i = 0; i < 100; ++i) {
         SCOPED_TRACE(i);
-        Case c = RandomCase(draw);
-        c.q[1] = draw.Between(0.3, 2.8);
+        Case c = RandomCase(random);
+        c.q[1] = random.Uniform(0.3, 2.8);
         const Matrix4 j = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
         Matrix4 inverse{};
         ASSERT_EQ(Jacobian4Inverse(j, inverse), KINE_OK);
@@ -172,12 +177,11 @@ TEST(Jacobian4Inverse, of_a_jacobian_times_it_is_the_identity)
 
 TEST(Jacobian4Inverse, the_two_structural_zeros_are_never_read)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     Matrix4 a{{{2, 1, 0.5, 1}, {-1, 3, 0.25, 2}, {0, 1, 4, -1}, {1, 1, 0, 5}}};
     Matrix4 clean{};
     ASSERT_EQ(Jacobian4Inverse(a, clean), KINE_OK);
-    a.m[2][0] = nan;
-    a.m[3][2] = nan;
+    a.m[2][0] = kNan;
+    a.m[3][2] = kNan;
     Matrix4 marked{};
     ASSERT_EQ(Jacobian4Inverse(a, marked), KINE_OK);
     for (std::size_t r = 0; r < 4; ++r)
@@ -206,8 +210,7 @@ TEST(Jacobian4Inverse, a_determinant_exactly_at_the_bound_passes)
 
 TEST(Jacobian4Inverse, a_determinant_below_the_bound_is_0x6095_and_writes_nothing)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const double det : {std::nextafter(kMinDet, 0.0), -std::nextafter(kMinDet, 0.0), 0.0, -0.0, nan}) {
+    for (const double det : {std::nextafter(kMinDet, 0.0), -std::nextafter(kMinDet, 0.0), 0.0, -0.0, kNan}) {
         Matrix4 inverse = Marked();
         EXPECT_EQ(Jacobian4Inverse(WithDeterminant(det), inverse), KINE_ERR_SINGULAR) << det;
         for (const auto& row : inverse.m)

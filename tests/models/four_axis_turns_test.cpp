@@ -3,33 +3,25 @@
 
 #include <cmath>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_model.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
-
-FourAxisModel ModelOf(const NaiveArm& arm)
-{
-    FourAxisModel model;
-    const KineKinematicParam param = ParamOf(arm);
-    EXPECT_EQ(model.InitModel(4, &param), KINE_OK);
-    return model;
-}
+FourAxisModel ModelOf(const NaiveArm& arm) { return Initialised<FourAxisModel>(4, arm); }
 
 // An arm without tilts with axis 1 at 0 and the elbow at 90 degrees, its flange heading such that axis 4 is
 // rawDeg before any turn is selected.
 double SolvedAxis4Deg(double rawDeg, std::int32_t turn)
 {
     const FourAxisModel model = ModelOf({});
-    const Pose target{425.0, 375.0, 80.0, Radians(90.0 + rawDeg), 0.0, 0.0};
+    const Pose target{425.0, 375.0, 80.0, InRadians(90.0 + rawDeg), 0.0, 0.0};
     Joints joints = MarkedJoints();
     EXPECT_EQ(model.InverseKinematics(target, {}, {1, 0, 0, turn}, joints), KINE_OK);
     EXPECT_NEAR(joints.axis[0], 0.0, 1e-12);
-    EXPECT_NEAR(joints.axis[1], kPiHere / 2, 1e-12);
-    return joints.axis[3] * 180.0 / kPiHere;
+    EXPECT_NEAR(joints.axis[1], kHalfTurn / 2, 1e-12);
+    return InDegrees(joints.axis[3]);
 }
 
 TEST(FourAxisTurns, the_shift_is_applied_twice)
@@ -46,7 +38,7 @@ TEST(FourAxisTurns, a_heading_of_zero_with_turn_number_4_is_one_turn)
     const Pose target{375.0, -425.0, 80.0, 0.0, 0.0, 0.0};
     Joints joints{};
     ASSERT_EQ(model.InverseKinematics(target, {}, {1, 0, 0, 4}, joints), KINE_OK);
-    EXPECT_NEAR(joints.axis[3], 2 * kPiHere, 1e-12);
+    EXPECT_NEAR(joints.axis[3], 2 * kHalfTurn, 1e-12);
 }
 
 struct TurnCase
@@ -85,11 +77,11 @@ TEST(FourAxisTurns, worked_examples)
 
 TEST(FourAxisTurns, the_result_lies_within_two_quarters_of_the_number)
 {
-    Draw draw(61);
+    SeededRandom random(61);
     for (int i = 0; i < 400; ++i) {
         SCOPED_TRACE(i);
-        const double raw = draw.Between(-269.0, 89.0);  // heading within half a turn
-        const auto turn = static_cast<std::int32_t>(draw.Between(-641.0, 641.0));
+        const double raw = random.Uniform(-269.0, 89.0);  // heading within half a turn
+        const auto turn = static_cast<std::int32_t>(random.Uniform(-641.0, 641.0));
         const double solved = SolvedAxis4Deg(raw, turn);
         const double quarter = std::floor(solved / 90.0);
         EXPECT_LE(std::fabs(quarter - turn), 2.0) << raw << " " << turn << " " << solved;
@@ -112,8 +104,8 @@ TEST(FourAxisTurns, axes_1_and_2_are_not_brought_into_any_range)
         const Pose target{-425.0, -375.0, 80.0, 0.0, 0.0, 0.0};
         // Cfg2 and Cfg3 are not read at all.
         ASSERT_EQ(model.InverseKinematics(target, {}, {1, INT32_MAX, INT32_MIN, turn}, joints), KINE_OK);
-        EXPECT_NEAR(std::fabs(joints.axis[0]), kPiHere, 1e-12);
-        EXPECT_NEAR(joints.axis[1], kPiHere / 2, 1e-12);
+        EXPECT_NEAR(std::fabs(joints.axis[0]), kHalfTurn, 1e-12);
+        EXPECT_NEAR(joints.axis[1], kHalfTurn / 2, 1e-12);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "KineDll.h"
+#include "support/naive_arms.h"
 #include "support/rigid_matrix.h"
 #include "support/stdout_capture.h"
 
@@ -55,15 +56,8 @@ inline KineMechUnit CarryingRobot(KineMechUnit unit, int carrier)
 inline Mat4 UnitMatrix(const KineMechUnit& unit, const double (&extAxis)[6])
 {
     const double first = extAxis[unit.AxisParamIndex[0]];
-    if (unit.UnitKind == kLinearKind) {
-        KineFrame travelled = unit.AxisFrame[1];
-        travelled.X = first;
-        travelled.Y = travelled.Z = 0.0;
-        return MatrixOf(unit.AxisFrame[0]) * MatrixOf(travelled);
-    }
-    const Mat4 firstAxis = MatrixOf(unit.AxisFrame[0]) * TurnZ(first);
-    if (unit.UnitKind == kRotaryKind) return firstAxis;
-    return firstAxis * MatrixOf(unit.AxisFrame[1]) * TurnZ(extAxis[unit.AxisParamIndex[1]]);
+    const double second = unit.UnitKind == kTwoRotaryKind ? extAxis[unit.AxisParamIndex[1]] : 0.0;
+    return NaiveUnit(unit.UnitKind, MatrixOf(unit.AxisFrame[0]), MatrixOf(unit.AxisFrame[1]), first, second);
 }
 
 // An initialised arm with mechanical units enabled and none configured.
@@ -111,6 +105,12 @@ inline std::string UnitCountLineFor(int count)
 inline std::string ItemCountLineFor(int count)
 {
     return "IsLegalExtAxisParam:index:-1," + std::to_string(count) + "\n";
+}
+
+inline void ExpectCounts(int units, int items)
+{
+    EXPECT_EQ(UnitCountLine(), UnitCountLineFor(units));
+    EXPECT_EQ(ItemCountLine(), ItemCountLineFor(items));
 }
 
 }  // namespace kine::test

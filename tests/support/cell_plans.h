@@ -65,6 +65,29 @@ inline Store MakeCell(const CellPlan& plan)
     return store;
 }
 
+// Cells whose carrier, unit 1, cannot be used; the positioner can.
+inline std::vector<Store> CellsWithBadCarrier(const CellPlan& plan)
+{
+    std::vector<Store> cells(4, MakeCell(plan));
+    cells[0].mechUnits.units[1].unitKind = 4;
+    cells[1].mounting.unit = 3;
+    cells[2].mechUnits.units[1].axisCount = 0;
+    cells[3].mechUnits.units[1].axisParamIndex[0] = 6;
+    return cells;
+}
+
+// Cells whose positioner, unit 2 with two axes, cannot be used; the carrier can.
+inline std::vector<Store> CellsWithBadPositioner(const CellPlan& plan)
+{
+    std::vector<Store> cells(5, MakeCell(plan));
+    cells[0].mechUnits.units[2].unitKind = 0;
+    cells[1].mechUnits.mechUnitCount = 1;
+    cells[2].mechUnits.units[2].axisCount = 1;
+    cells[3].mechUnits.units[2].axisParamIndex[1] = 6;
+    cells[4].mechUnits.units[2].axisParamIndex[1] = 255;
+    return cells;
+}
+
 // The tool point of the four-axis arms is turned about z only.
 inline Pose CarriedFrame(const CellPlan& plan)
 {
@@ -86,16 +109,17 @@ inline KineArmConfig CellConfig(const CellPlan& plan)
 
 inline Mat4 BaseFromFlange(const CellPlan& plan)
 {
-    if (plan.armType == kSix) return NaiveSixAxisFlange(WristArm().SixAxis, kAxes);
+    if (plan.armType == kSix) return NaiveSixAxisChain(WristArm().SixAxis, kAxes).flange;
     const double elbow = plan.armType == kFour ? kAxes[1] : kAxes[1] + kHalfTurn;
     return NaiveFourAxisFlange(Scara().FourAxis, kAxes[0], elbow, kAxes[2], kAxes[3]);
 }
 
 inline Mat4 WorldFromBase(const CellPlan& plan)
 {
-    if (plan.carrierKind == kNoUnit) return Of(kBaseFrame);
-    return NaiveUnit(plan.carrierKind, kCarrierFirst, kCarrierSecond, kExtAxis[4], kExtAxis[1]) *
-           Of(kBaseFrame);
+    if (plan.carrierKind == kNoUnit) return MatrixOf(kBaseFrame);
+    return NaiveUnit(plan.carrierKind, MatrixOf(kCarrierFirst), MatrixOf(kCarrierSecond), kExtAxis[4],
+                     kExtAxis[1]) *
+           MatrixOf(kBaseFrame);
 }
 
 // A work object in the cell whose combined frame is the given one.
@@ -106,9 +130,10 @@ inline Wobj CellWobj(const CellPlan& plan, const Pose& object)
 
 inline Mat4 WorldFromWobj(const CellPlan& plan, const Pose& object)
 {
-    if (plan.positionerKind == kNoUnit) return Of(object);
-    return NaiveUnit(plan.positionerKind, kPositionerFirst, kPositionerSecond, kExtAxis[0], kExtAxis[5]) *
-           Of(object);
+    if (plan.positionerKind == kNoUnit) return MatrixOf(object);
+    return NaiveUnit(plan.positionerKind, MatrixOf(kPositionerFirst), MatrixOf(kPositionerSecond),
+                     kExtAxis[0], kExtAxis[5]) *
+           MatrixOf(object);
 }
 
 }  // namespace kine::test

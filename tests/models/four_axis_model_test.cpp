@@ -4,22 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/naive_four_axis.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
 
-constexpr double kPiHere = 3.141592653589793;
-
-FourAxisModel ModelOf(const NaiveArm& arm)
-{
-    FourAxisModel model;
-    const KineKinematicParam param = ParamOf(arm);
-    EXPECT_EQ(model.InitModel(4, &param), KINE_OK);
-    return model;
-}
+FourAxisModel ModelOf(const NaiveArm& arm) { return Initialised<FourAxisModel>(4, arm); }
 
 TEST(FourAxisModel, serves_arm_type_4_only)
 {
@@ -46,7 +38,7 @@ TEST(FourAxisModel, forward_reads_the_first_four_axes_and_changes_none)
     const FourAxisModel model = ModelOf(SteepArm());
     Joints q = JointsOf(0.3, -0.7, 12.0, 2.0);
     Joints marked = q;
-    for (std::size_t i = 4; i < 8; ++i) marked.axis[i] = std::numeric_limits<double>::quiet_NaN();
+    for (std::size_t i = 4; i < 8; ++i) marked.axis[i] = kNan;
     marked.extAxis.fill(5.0);
     const Pose tool{10, -20, 30, 0.4, 0.0, 0.0};
     const Pose plain = model.ForwardKinematics(q, BlockWithTool(tool));
@@ -95,10 +87,10 @@ TEST(FourAxisModel, configuration_is_the_sign_of_axis_2_and_the_quarter_of_axis_
     } cases[] = {{0.5, 0.0, 1, 0},
                  {-0.5, 0.5, -1, 0},
                  {0.0, -0.5, -1, -1},
-                 {-0.0, kPiHere, -1, 2},
-                 {1e-300, kPiHere / 2, 1, 1},
-                 {-1e-300, -kPiHere / 2, -1, -1},
-                 {9.0, -kPiHere / 2 - 0.001, 1, -2},
+                 {-0.0, kHalfTurn, -1, 2},
+                 {1e-300, kHalfTurn / 2, 1, 1},
+                 {-1e-300, -kHalfTurn / 2, -1, -1},
+                 {9.0, -kHalfTurn / 2 - 0.001, 1, -2},
                  {-9.0, 100.0, -1, 63}};
     for (const auto& c : cases) {
         Joints q = JointsOf(7.0, c.q2, 9.0, c.q4);
@@ -122,10 +114,10 @@ TEST(FourAxisModel, both_postures_of_a_position)
         Joints q{};
         ASSERT_EQ(model.InverseKinematics({reach, 0, 80.0 + 12.5, 0.3, 0, 0}, {}, {side, 0, 0, 0}, q),
                   KINE_OK);
-        EXPECT_NEAR(q.axis[0], -side * kPiHere / 4, 1e-12);
-        EXPECT_NEAR(q.axis[1], side * kPiHere / 2, 1e-12);
-        EXPECT_NEAR(q.axis[2], kPiHere, 1e-12);
-        EXPECT_NEAR(q.axis[3], 0.3 - side * kPiHere / 4, 1e-12);
+        EXPECT_NEAR(q.axis[0], -side * kHalfTurn / 4, 1e-12);
+        EXPECT_NEAR(q.axis[1], side * kHalfTurn / 2, 1e-12);
+        EXPECT_NEAR(q.axis[2], kHalfTurn, 1e-12);
+        EXPECT_NEAR(q.axis[3], 0.3 - side * kHalfTurn / 4, 1e-12);
     }
 }
 
@@ -148,7 +140,6 @@ struct Failure
 TEST(FourAxisModel, every_failure_has_its_code_and_writes_nothing)
 {
     const FourAxisModel model = ModelOf({});
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     const Failure failures[] = {
         {{500, 0, 0, 0, 0, 0}, {0, 0, 0, 0}, KINE_ERR_CONFIG},
         {{500, 0, 0, 0, 0, 0}, {2, 0, 0, 0}, KINE_ERR_CONFIG},
@@ -158,7 +149,7 @@ TEST(FourAxisModel, every_failure_has_its_code_and_writes_nothing)
         {{800, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_SINGULAR},
         {{0, -800, 0, 0, 0, 0}, {-1, 0, 0, 0}, KINE_ERR_IK_SINGULAR},
         {{50, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_SINGULAR},  // folded counts as stretched
-        {{nan, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_REACH},
+        {{kNan, 0, 0, 0, 0, 0}, {1, 0, 0, 0}, KINE_ERR_IK_REACH},
         // Order: turn number and posture before reach.
         {{801, 0, 0, 0, 0, 0}, {0, 0, 0, 0}, KINE_ERR_CONFIG},
         {{801, 0, 0, 0, 0, 0}, {1, 0, 0, 2000000}, KINE_ERR_CONFIG},
@@ -199,7 +190,7 @@ TEST(FourAxisModel, an_elbow_near_half_a_turn_is_solved)
     arm.l2 = 300.0;
     const FourAxisModel model = ModelOf(arm);
     // 0.0003 short of folded: the test is made near 0 only.
-    const double elbow = kPiHere - 0.0003;
+    const double elbow = kHalfTurn - 0.0003;
     const Pose target{400.0 + 300.0 * std::cos(elbow), 300.0 * std::sin(elbow), 0.0, 0.0, 0.0, 0.0};
     Joints q{};
     ASSERT_EQ(model.InverseKinematics(target, {}, {1, 0, 0, 0}, q), KINE_OK);
@@ -225,10 +216,9 @@ TEST(FourAxisModel, a_tiny_arm_is_0x6095_when_it_needs_refining)
 TEST(FourAxisModel, of_the_target_only_position_and_a_count)
 {
     const FourAxisModel model = ModelOf(SteepArm());
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     Joints plain{}, other{};
     ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, 0, 0}, {}, {1, 0, 0, 0}, plain), KINE_OK);
-    ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, nan, 2.0}, {}, {1, 0, 0, 0}, other), KINE_OK);
+    ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, kNan, 2.0}, {}, {1, 0, 0, 0}, other), KINE_OK);
     EXPECT_EQ(plain.axis, other.axis);
 }
 

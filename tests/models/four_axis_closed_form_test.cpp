@@ -2,17 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <optional>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_inverse.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
-
-constexpr double kPiHere = 3.141592653589793;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 FourAxisSeed MarkedSeed() { return {91.0, 92.0, 93.0, 94.0}; }
 
@@ -20,15 +17,19 @@ TEST(FourAxisClosedForm, finds_the_joints_of_an_arm_without_tilts)
 {
     const NaiveArm arm;
     const FourAxisParams params = BlockOf(arm);
-    Draw draw(41);
+    SeededRandom random(41);
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
-        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * draw.Between(0.02, 3.1);
-        const double q1 = draw.Between(-3.1, 3.1);
-        const double q3 = draw.Between(-50, 50);
-        const double q4 = draw.Between(-3, 3);
-        const Pose tool{
-            draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-90, 90), draw.Between(-3, 3), 0, 0};
+        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * random.Uniform(0.02, 3.1);
+        const double q1 = random.Uniform(-3.1, 3.1);
+        const double q3 = random.Uniform(-50, 50);
+        const double q4 = random.Uniform(-3, 3);
+        const Pose tool{random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-90, 90),
+                        random.Uniform(-3, 3),
+                        0,
+                        0};
         const auto state = NaiveForward<double>(arm, {q1, elbow, q3, q4}, tool);
         // The heading as a sum, so that the flange heading less axes 1 and 2 is axis 4 itself.
         const Pose target{state.tip[0], state.tip[1], state.tip[2], q1 + elbow + q4 + tool.a, 0.0, 0.0};
@@ -46,8 +47,8 @@ TEST(FourAxisClosedForm, ignores_tilts_and_tool_angles_b_and_c)
     const Pose target{500.0, 200.0, 30.0, 0.7, 1.0, -1.0};
     FourAxisSeed flat{}, tilted{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf({}), target, {10, 20, 5, 0.3, 0.0, 0.0}, 1, flat), KINE_OK);
-    const Pose flatTarget{500.0, 200.0, 30.0, 0.7, kNaN, kNaN};
-    ASSERT_EQ(FourAxisClosedForm(BlockOf(SteepArm()), flatTarget, {10, 20, 5, 0.3, kNaN, kNaN}, 1, tilted),
+    const Pose flatTarget{500.0, 200.0, 30.0, 0.7, kNan, kNan};
+    ASSERT_EQ(FourAxisClosedForm(BlockOf(SteepArm()), flatTarget, {10, 20, 5, 0.3, kNan, kNan}, 1, tilted),
               KINE_OK);
     EXPECT_EQ(flat.q1, tilted.q1);
     EXPECT_EQ(flat.elbow, tilted.elbow);
@@ -70,7 +71,7 @@ TEST(FourAxisClosedForm, the_posture_is_tested_before_any_geometry)
     const FourAxisParams params = BlockOf({});
     FourAxisSeed seed{};
     EXPECT_EQ(FourAxisClosedForm(params, {9000, 0, 0, 0, 0, 0}, {}, 0, seed), KINE_ERR_CONFIG);
-    EXPECT_EQ(FourAxisClosedForm(params, {kNaN, 0, 0, 0, 0, 0}, {}, 0, seed), KINE_ERR_CONFIG);
+    EXPECT_EQ(FourAxisClosedForm(params, {kNan, 0, 0, 0, 0, 0}, {}, 0, seed), KINE_ERR_CONFIG);
     EXPECT_EQ(FourAxisClosedForm(params, {9000, 0, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);
 }
 
@@ -140,8 +141,8 @@ TEST(FourAxisClosedForm, an_arm_stretched_exactly_points_at_the_target)
     FourAxisSeed seed{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf(arm), {0.0, -700.0, 0, 0.5, 0, 0}, {}, -1, seed), KINE_OK);
     EXPECT_EQ(seed.elbow, 0.0);
-    EXPECT_NEAR(seed.q1, -kPiHere / 2, 1e-15);
-    EXPECT_NEAR(seed.q4, 0.5 + kPiHere / 2, 1e-15);
+    EXPECT_NEAR(seed.q1, -kHalfTurn / 2, 1e-15);
+    EXPECT_NEAR(seed.q4, 0.5 + kHalfTurn / 2, 1e-15);
 }
 
 TEST(FourAxisClosedForm, an_arm_folded_exactly_counts_as_stretched_toward_the_target)
@@ -152,7 +153,7 @@ TEST(FourAxisClosedForm, an_arm_folded_exactly_counts_as_stretched_toward_the_ta
     FourAxisSeed seed{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf(arm), {0.0, 100.0, 0, 0, 0, 0}, {}, 1, seed), KINE_OK);
     EXPECT_EQ(seed.elbow, 0.0);
-    EXPECT_NEAR(seed.q1, kPiHere / 2, 1e-15);
+    EXPECT_NEAR(seed.q1, kHalfTurn / 2, 1e-15);
 }
 
 TEST(FourAxisClosedForm, the_flange_point_is_the_target_less_the_turned_tool)
@@ -161,28 +162,27 @@ TEST(FourAxisClosedForm, the_flange_point_is_the_target_less_the_turned_tool)
     NaiveArm arm;
     arm.l1 = 400.0;
     arm.l2 = 300.0;
-    const double th = Radians(60.0);
+    const double th = InRadians(60.0);
     const double fx = 400.0, fy = 300.0;  // elbow at 90 degrees
-    const Pose tool{100.0, 50.0, 7.0, Radians(30.0), 0.0, 0.0};
+    const Pose tool{100.0, 50.0, 7.0, InRadians(30.0), 0.0, 0.0};
     const Pose target{fx + 100.0 * std::cos(th) - 50.0 * std::sin(th),
                       fy + 100.0 * std::sin(th) + 50.0 * std::cos(th),
                       80.0 + 7.0 + 12.5,
-                      Radians(90.0),
+                      InRadians(90.0),
                       0.0,
                       0.0};
     FourAxisSeed seed{};
     ASSERT_EQ(FourAxisClosedForm(BlockOf(arm), target, tool, 1, seed), KINE_OK);
     EXPECT_NEAR(seed.q1, 0.0, 1e-14);
-    EXPECT_NEAR(seed.elbow, Radians(90.0), 1e-14);
-    EXPECT_NEAR(seed.q3, kPiHere, 1e-14);  // half a turn of the screw of 25 mm
-    EXPECT_NEAR(seed.q4, Radians(-30.0), 1e-14);
+    EXPECT_NEAR(seed.elbow, InRadians(90.0), 1e-14);
+    EXPECT_NEAR(seed.q3, kHalfTurn, 1e-14);  // half a turn of the screw of 25 mm
+    EXPECT_NEAR(seed.q4, InRadians(-30.0), 1e-14);
 }
 
 TEST(FourAxisClosedForm, a_target_that_is_not_a_number_is_0x6094)
 {
     const FourAxisParams params = BlockOf({});
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {kNaN, inf, -inf}) {
+    for (const double bad : {kNan, kInf, -kInf}) {
         FourAxisSeed seed = MarkedSeed();
         EXPECT_EQ(FourAxisClosedForm(params, {bad, 0, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);
         EXPECT_EQ(FourAxisClosedForm(params, {500, bad, 0, 0, 0, 0}, {}, 1, seed), KINE_ERR_IK_REACH);

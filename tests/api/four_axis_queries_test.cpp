@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/api_calls.h"
+#include "support/four_axis_calls.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
@@ -98,7 +98,7 @@ TEST(FourAxisQueries, singularity_is_0_or_0xFFFFFFFF)
         } cases[] = {{0.0, 0, KINE_SINGULAR},    {-0.573, 0, KINE_SINGULAR}, {1.09, 1, KINE_SINGULAR},
                      {1.11, 1, KINE_OK},         {2.99, 2, KINE_SINGULAR},   {3.01, 2, KINE_OK},
                      {179.9, 0, KINE_OK},        {180.1, 0, KINE_SINGULAR},  {0.0, 3, KINE_OK},
-                     {-181.0, 1, KINE_SINGULAR}, {90.0, 2, KINE_OK},         {std::nan(""), 0, KINE_OK}};
+                     {-181.0, 1, KINE_SINGULAR}, {90.0, 2, KINE_OK},         {kNan, 0, KINE_OK}};
         for (const auto& c : cases) {
             const KineJoint joints = MakeJoints({10, c.q2, 0, 0});
             EXPECT_EQ(Kine_IsSingularity(&joints, c.kind), c.code) << c.q2 << " " << c.kind;
@@ -183,15 +183,14 @@ TEST(FourAxisQueries, tool_angles_b_and_c_count_in_the_flange_only)
 
 TEST(FourAxisQueries, not_a_number_in_a_used_axis_is_passed_on)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     for (const std::uint32_t type : kFourAxisTypes) {
         Initialise(type, Scara());
-        EXPECT_TRUE(std::isnan(BasePose({nan, 50, 100, 30}, HeldTool()).Frame.X));
-        EXPECT_TRUE(std::isnan(BasePose({20, nan, 100, 30}, HeldTool()).Frame.Y));
-        EXPECT_TRUE(std::isnan(BasePose({20, 50, nan, 30}, HeldTool()).Frame.Z));
-        EXPECT_TRUE(std::isnan(BasePose({20, 50, 100, nan}, HeldTool()).Frame.A));
-        EXPECT_EQ(BasePose({20, 50, 100, nan}, HeldTool()).Cfg4, INT32_MIN);
-        EXPECT_FALSE(std::isnan(BasePose({20, 50, 100, 30, nan, nan, nan, nan}, HeldTool()).Frame.X));
+        EXPECT_TRUE(std::isnan(BasePose({kNan, 50, 100, 30}, HeldTool()).Frame.X));
+        EXPECT_TRUE(std::isnan(BasePose({20, kNan, 100, 30}, HeldTool()).Frame.Y));
+        EXPECT_TRUE(std::isnan(BasePose({20, 50, kNan, 30}, HeldTool()).Frame.Z));
+        EXPECT_TRUE(std::isnan(BasePose({20, 50, 100, kNan}, HeldTool()).Frame.A));
+        EXPECT_EQ(BasePose({20, 50, 100, kNan}, HeldTool()).Cfg4, INT32_MIN);
+        EXPECT_FALSE(std::isnan(BasePose({20, 50, 100, 30, kNan, kNan, kNan, kNan}, HeldTool()).Frame.X));
     }
 }
 

@@ -1,9 +1,9 @@
 // Axis limits of the four-axis models.
 #include <gtest/gtest.h>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_4110_model.h"
 #include "models/four_axis_model.h"
+#include "support/naive_four_axis.h"
 
 namespace kine::test {
 namespace {

@@ -5,16 +5,15 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 
-#include "four_axis/guarded_record.h"
-#include "four_axis/naive_four_axis.h"
+#include "support/guarded_memory.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
 
 constexpr double kBound = 1e-5;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 FourAxisParams Filled()
 {
@@ -55,7 +54,7 @@ TEST(FourAxisParams, every_length_comes_from_its_offset)
     // Tilts about X of link 1 and 2, then about Y of link 1 and 2.
     const SinCos* stored[4] = {&params.alpha1, &params.alpha2, &params.beta1, &params.beta2};
     for (int i = 0; i < 4; ++i) {
-        const double angle = Radians(15.0 + i);
+        const double angle = InRadians(15.0 + i);
         EXPECT_NEAR(stored[i]->cos, std::cos(angle), 1e-15);
         EXPECT_NEAR(stored[i]->sin, std::sin(angle), 1e-15);
     }
@@ -122,15 +121,15 @@ TEST(FourAxisParams, each_length_just_below_its_bound_is_0x6000)
 TEST(FourAxisParams, a_length_that_is_not_a_number_passes)
 {
     // "Below the bound" is false for NaN.
-    EXPECT_EQ(InitWith(kNaN, 1.0, 1.0), KINE_OK);
-    EXPECT_EQ(InitWith(1.0, kNaN, 1.0), KINE_OK);
-    EXPECT_EQ(InitWith(1.0, 1.0, kNaN), KINE_OK);
-    EXPECT_EQ(InitWith(kNaN, 0.0, 1.0), KINE_ERR_MODEL_PARAM);
+    EXPECT_EQ(InitWith(kNan, 1.0, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, kNan, 1.0), KINE_OK);
+    EXPECT_EQ(InitWith(1.0, 1.0, kNan), KINE_OK);
+    EXPECT_EQ(InitWith(kNan, 0.0, 1.0), KINE_ERR_MODEL_PARAM);
 }
 
 TEST(FourAxisParams, the_height_may_be_anything)
 {
-    for (const double z0 : {-300.0, 0.0, 1e300, kNaN}) {
+    for (const double z0 : {-300.0, 0.0, 1e300, kNan}) {
         NaiveArm arm;
         arm.z0 = z0;
         const KineKinematicParam param = ParamOf(arm);
@@ -178,7 +177,7 @@ TEST(FourAxisParams, bytes_in_the_gap_and_behind_the_view_have_no_effect)
 TEST(FourAxisParams, a_record_of_96_bytes_is_enough)
 {
     const KineKinematicParam param = ParamOf(SteepArm());
-    const GuardedRecord record(&param, 96);
+    const GuardedBytes record(&param, 96);
     FourAxisParams params{};
     EXPECT_EQ(InitFourAxisParams(4, 4, record.As<KineKinematicParam>(), params), KINE_OK);
     EXPECT_EQ(params.lead, 25.0);
@@ -187,8 +186,7 @@ TEST(FourAxisParams, a_record_of_96_bytes_is_enough)
 TEST(FourAxisParams, the_gap_of_the_record_is_not_read)
 {
     const KineKinematicParam param = ParamOf(SteepArm());
-    const GuardedRecord record(&param, 96);
-    // Takes effect in the build with address checks only.
+    const GuardedBytes record(&param, 96);
     const ForbiddenBytes gap(record.As<unsigned char>() + 32, 32);
     FourAxisParams params{};
     EXPECT_EQ(InitFourAxisParams(4, 4, record.As<KineKinematicParam>(), params), KINE_OK);

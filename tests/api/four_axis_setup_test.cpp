@@ -5,8 +5,8 @@
 #include <cstring>
 #include <limits>
 
-#include "four_axis/api_calls.h"
-#include "four_axis/guarded_record.h"
+#include "support/four_axis_calls.h"
+#include "support/guarded_memory.h"
 
 namespace kine::test {
 namespace {
@@ -64,7 +64,7 @@ TEST(FourAxisSetup, nothing_is_printed)
 TEST(FourAxisSetup, a_record_of_96_bytes_is_enough)
 {
     const KineKinematicParam param = TiltedScara();
-    const GuardedRecord record(&param, 96);
+    const GuardedBytes record(&param, 96);
     const ForbiddenBytes gap(record.As<unsigned char>() + 32, 32);
     for (const std::uint32_t type : kFourAxisTypes) {
         EXPECT_EQ(Kine_InitKinematicParam(type, record.As<KineKinematicParam>()), KINE_OK);

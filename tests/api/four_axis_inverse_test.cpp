@@ -2,15 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/api_calls.h"
+#include "support/four_axis_calls.h"
+#include "support/numbers.h"
+#include "support/plain_matrix.h"
 
 namespace kine::test {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 void ExpectFailure(const KinePose& target, KineResult code, const std::string& line)
 {
@@ -85,12 +83,12 @@ TEST(FourAxisInverse, a_target_that_is_not_a_number_is_0x6094)
     // One such value makes the whole position one in the product of the chain.
     for (const std::uint32_t type : kFourAxisTypes) {
         Initialise(type, TiltedScara());
-        for (const double bad : {kNaN, kInf, -kInf}) {
+        for (const double bad : {kNan, kInf, -kInf}) {
             ExpectFailure(Target(bad, 100, 0, 0, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
             ExpectFailure(Target(400, bad, 0, 0, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
             ExpectFailure(Target(400, 100, bad, 0, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
         }
-        ExpectFailure(Target(400, 100, 0, kNaN, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
+        ExpectFailure(Target(400, 100, 0, kNan, {1, 0, 0, 0}), KINE_ERR_IK_REACH, "IK error 5:24724\n");
         ExpectFailure(Target(400, 100, 0, kInf, {1, 0, 0, 0}), KINE_ERR_POSE, "");
     }
 }
@@ -114,7 +112,7 @@ TEST(FourAxisInverse, both_elbow_sides)
     // 325 and 275 mm at right angles: the flange on a circle of sqrt(325^2 + 275^2), the angle at the base
     // atan(275 / 325).
     const double reach = std::sqrt(325.0 * 325.0 + 275.0 * 275.0);
-    const double atBase = std::atan2(275.0, 325.0) * 57.29577951308232;
+    const double atBase = InDegrees(std::atan2(275.0, 325.0));
     for (const std::int32_t side : {1, -1}) {
         Initialise(4, Scara());
         KineJoint joints{};

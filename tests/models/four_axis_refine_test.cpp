@@ -2,28 +2,26 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-#include "four_axis/naive_four_axis.h"
 #include "models/four_axis_geometry.h"
 #include "models/four_axis_inverse.h"
+#include "support/naive_four_axis.h"
+#include "support/numbers.h"
 
 namespace kine::test {
 namespace {
-
-constexpr double kPiHere = 3.141592653589793;
 
 TEST(FourAxisRefine, a_tilted_arm_meets_its_target_from_the_seed_of_the_straight_one)
 {
     const NaiveArm arm = SteepArm();
     const FourAxisParams params = BlockOf(arm);
-    Draw draw(51);
+    SeededRandom random(51);
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
-        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * draw.Between(0.4, 2.7);
-        const FourAngles known{draw.Between(-3, 3), elbow, draw.Between(-30, 30), 0.2 - elbow};
+        const double elbow = (i % 2 == 0 ? 1.0 : -1.0) * random.Uniform(0.4, 2.7);
+        const FourAngles known{random.Uniform(-3, 3), elbow, random.Uniform(-30, 30), 0.2 - elbow};
         const Pose tool{
-            draw.Between(-60, 60), draw.Between(-60, 60), 20.0, draw.Between(-0.5, 0.5), 0.0, 0.0};
+            random.Uniform(-60, 60), random.Uniform(-60, 60), 20.0, random.Uniform(-0.5, 0.5), 0.0, 0.0};
         const Pose target = FourAxisToolPose(params, known, tool);
         if (std::fabs(target.a) > 2.9) continue;
         FourAxisSeed seed{};
@@ -72,7 +70,7 @@ TEST(FourAxisRefine, a_squared_error_of_1e_12_and_more_is_refined)
     static_assert(1e-6 * 1e-6 == 1e-12);
     for (const double dz : {1e-6, -1e-6, 1.001e-6, 1e-3, 40.0}) {
         const FourAngles q = RefinedByLift(dz);
-        EXPECT_NEAR(q[2] * 25.0 / (2 * kPiHere), dz, 1e-9) << dz;
+        EXPECT_NEAR(q[2] * 25.0 / (2 * kHalfTurn), dz, 1e-9) << dz;
         EXPECT_NE(q[2], 0.0);
     }
 }
@@ -103,12 +101,12 @@ TEST(FourAxisRefine, the_heading_error_is_the_raw_difference_and_the_steps_are_f
     for (const double turn : {1.0, -1.0}) {
         FourAngles q = start;
         Pose beyond = target;
-        beyond.a += turn * 2 * kPiHere;
+        beyond.a += turn * 2 * kHalfTurn;
         EXPECT_EQ(FourAxisRefine(params, beyond, {}, q), KINE_OK);
         EXPECT_NEAR(q[0], 0.3, 1e-12);
         EXPECT_NEAR(q[1], 0.9, 1e-12);
         EXPECT_NEAR(q[2], 0.0, 1e-12);
-        EXPECT_NEAR(q[3], 0.4 + turn * 10 * kPiHere, 1e-11);
+        EXPECT_NEAR(q[3], 0.4 + turn * 10 * kHalfTurn, 1e-11);
     }
 }
 
@@ -137,10 +135,10 @@ TEST(FourAxisRefine, the_determinant_bound_is_in_cubic_millimetres)
         arm.l1 = arm.l2 = 0.01;
         arm.z0 = 0.0;
         arm.lead = lead;
-        FourAngles q{0.0, kPiHere / 2, 0.0, 0.0};
+        FourAngles q{0.0, kHalfTurn / 2, 0.0, 0.0};
         const KineResult code =
-            FourAxisRefine(BlockOf(arm), {0.01, 0.01, 0.001, kPiHere / 2, 0.0, 0.0}, {}, q);
-        EXPECT_EQ(code, lead < 0.2 * kPiHere ? KINE_ERR_SINGULAR : KINE_OK);
+            FourAxisRefine(BlockOf(arm), {0.01, 0.01, 0.001, kHalfTurn / 2, 0.0, 0.0}, {}, q);
+        EXPECT_EQ(code, lead < 0.2 * kHalfTurn ? KINE_ERR_SINGULAR : KINE_OK);
     }
 }
 
@@ -154,9 +152,8 @@ TEST(FourAxisRefine, a_target_already_met_needs_no_jacobian)
 
 TEST(FourAxisRefine, an_arm_that_is_not_a_number_is_0x6095)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
     NaiveArm arm;
-    arm.tiltX1 = nan;
+    arm.tiltX1 = kNan;
     FourAngles q{0.3, 0.9, 0.0, 0.4};
     EXPECT_EQ(FourAxisRefine(BlockOf(arm), {500.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {}, q), KINE_ERR_SINGULAR);
 }
@@ -171,8 +168,7 @@ TEST(WriteFourAxes, writes_four_axes_and_four_zeros)
 
 TEST(WriteFourAxes, an_axis_that_is_not_finite_is_0x6094_and_writes_nothing)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    for (const double bad : {inf, -inf, std::numeric_limits<double>::quiet_NaN()}) {
+    for (const double bad : {kInf, -kInf, kNan}) {
         for (std::size_t i = 0; i < 4; ++i) {
             FourAngles q{1.0, 2.0, 3.0, 4.0};
             q[i] = bad;
