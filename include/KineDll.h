@@ -2,26 +2,25 @@
  * @file KineDll.h
  * KineDll: kinematics of industrial robot arms behind a plain C interface.
  *
- * One configuration per process, no locking, one calling thread: the setup calls write the
- * configuration, all other calls only read it. Any number of threads may read at once as long as no
- * setup call runs beside them.
+ * One configuration per process, no locking, one calling thread: the setup calls write the configuration,
+ * all other calls only read it. Any number of threads may read at once as long as no setup call runs
+ * beside them.
  *
- * Units at this boundary are millimetres and degrees. External-axis values are degrees for a rotary
- * and millimetres for a linear axis. Orientations are three angles A, B, C with
- * R = Rz(A) * Ry(B) * Rx(C).
+ * Units at this boundary are millimetres and degrees. External-axis values are degrees for a rotary and
+ * millimetres for a linear axis. Orientations are three angles A, B, C with R = Rz(A) * Ry(B) * Rx(C).
  *
  * Rules that hold for every function unless its own text says otherwise:
  *
  *  - It returns KINE_OK (0) or the code of the first failing check; checks run in the documented order.
- *  - Input records are copied before anything else and never modified. The result record is written
- *    last and only on success, so it may share memory with an input; on failure it keeps every bit.
+ *  - Input records are copied before anything else and never modified. The result record is written last
+ *    and only on success, so it may share memory with an input; on failure it keeps every bit.
  *  - An angle check accepts |angle| <= 180 degrees and lets NaN pass.
  *  - A null input pointer is one more way for that record to be refused: it gives the record's own code
  *    at the record's place in the order. A null result pointer gives the code named for it after all
  *    other checks of the call and before any computation.
- *  - Records may hold any bit pattern and need not be aligned. The forward calls pass NaN and infinity on to
- *    their results (a computed NaN is always the same quiet one); the inverse calls end in an error code
- *    instead of returning an axis value that is not finite.
+ *  - Records may hold any bit pattern and need not be aligned. The forward calls pass NaN and infinity on
+ *    to their results (a computed NaN is always the same quiet one); the inverse calls end in an error
+ *    code instead of returning an axis value that is not finite.
  *  - Nothing is allocated, locked or kept. The only output besides the records is the diagnostic lines
  *    named here, on standard output.
  */
@@ -237,10 +236,27 @@ typedef struct KineExtAxisParam
 } KineExtAxisParam;
 
 /**
+ * Directions of a jog step, one per slot: normally -1, 0 or +1; any value is taken as a factor of the
+ * step.
+ *
+ * | slot              | joint mode        | other modes                                                   |
+ * |-------------------|-------------------|---------------------------------------------------------------|
+ * | 0 to n - 1        | axes 1 to n       | 0, 1, 2: along X, Y, Z                                        |
+ * | n to n + 5        | external axes 1..6| six-axis arm: 3, 4, 5: about X, Y, Z                          |
+ * |                   |                   | four-axis arms: 3, 4, 5: about Z, Y, X                        |
+ *
+ * n is the number of axes of the arm, 4 or 6. More than one rotation at a time is applied as it is and is
+ * then not a rotation in the strict sense.
+ */
+typedef struct KineInchDir
+{
+    int32_t Slot[14];
+} KineInchDir;
+
+/**
  * Parameters of arm type 6, a chain of standard Denavit-Hartenberg links
- * A(i) = Rz(theta) * Tz(d) * Tx(a) * Rx(alpha) with theta = q1, q2 + 90, q3, q4, q5,
- * d = d1, 0, d3, d4, d5, a = a1..a5, alpha = alpha1..alpha5, an extra Ry(beta2) after link 2, and the
- * flange Rz(q6) * Tz(d6).
+ * A(i) = Rz(theta) * Tz(d) * Tx(a) * Rx(alpha) with theta = q1, q2 + 90, q3, q4, q5, d = d1, 0, d3, d4, d5,
+ * a = a1..a5, alpha = alpha1..alpha5, an extra Ry(beta2) after link 2, and the flange Rz(q6) * Tz(d6).
  *
  * The inverse starts from a closed form of the nominal arm, whose twists are (90, 0, 90, -90, 90), whose
  * d3 equals lateralOffset and whose beta2, d5, a4, a5 are 0, and refines on the full chain. The record of
@@ -332,8 +348,8 @@ KINE_API KineResult KINE_CALL Kine_SetAxisLimit(const KineJoint* upper, const Ki
  *
  * @param mechUnitCount    0..3
  * @param extAxisItemCount 0..6
- * @param enable           0: the counts are ignored and kept, and the two calls below do nothing;
- *                         any other value: they take effect
+ * @param enable           0: the counts are ignored and kept, and the two calls below do nothing; any
+ *                         other value: they take effect
  *
  * The enable flag is stored first, even when the counts are refused.
  *
@@ -358,8 +374,8 @@ KINE_API KineResult KINE_CALL Kine_SetMechUnitGlobalCfg(uint32_t mechUnitCount, 
  *  - index < 0 or index > 2: "IsLegalMechUnit:index:%d,%d\n" with index and the unit count
  *  - unit is null: no line
  *  - Active is not 0 and AxisCount exceeds the number of external-axis items:
- *    "IsLegalMechUnit\xA3\xBApArmMechUnit->AxisCount,pMechUnitAndExtAxisPara->ExtAxisNum:%d,%d\n" with both
- *    (the two bytes A3 BA are a full-width colon in code page GBK)
+ *    "IsLegalMechUnit\xA3\xBApArmMechUnit->AxisCount,pMechUnitAndExtAxisPara->ExtAxisNum:%d,%d\n" with
+ *    both (the two bytes A3 BA are a full-width colon in code page GBK)
  */
 KINE_API KineResult KINE_CALL Kine_SetMechUnitParam(int32_t index, const KineMechUnit* unit);
 
@@ -402,13 +418,13 @@ KINE_API KineResult KINE_CALL Kine_IsArmTypeValid(const KinePose* pose);
 /**
  * Says whether a joint set is close to a singularity: KINE_SINGULAR or KINE_OK.
  *
- * Arm type 6: wrist centre close to the axis of joint 1 (mm), elbow stretched or folded (cosine), or wrist
- * straight (sine). Arm types 4 and 4110: axis 2 within the threshold above a multiple of 180 degrees,
- * counted toward zero (just below such a multiple is not singular, seen from zero).
+ * Arm type 6: wrist centre close to the axis of joint 1 (mm), elbow stretched or folded (cosine), or
+ * wrist straight (sine). Arm types 4 and 4110: axis 2 within the threshold above a multiple of 180
+ * degrees, counted toward zero (just below such a multiple is not singular, seen from zero).
  *
  * @param joints axes, deg; NaN is never singular
- * @param kind   0 or 1: 20 mm, 0.05, 0.05 (arm type 6), 0.0192 rad; 2: 30 mm, 0.087266, 0.087266,
- *               0.0524 rad; any other value: nothing is ever singular
+ * @param kind   0 or 1: 20 mm, 0.05, 0.05 (arm type 6), 0.0192 rad; 2: 30 mm, 0.087266, 0.087266, 0.0524
+ *               rad; any other value: nothing is ever singular
  *
  * Codes in this order: KINE_ERR_JOINT (null), KINE_ERR_NOT_INITIALISED.
  */
@@ -421,9 +437,9 @@ KINE_API KineResult KINE_CALL Kine_IsSingularity(const KineJoint* joints, uint32
 /**
  * Position of the tool centre point in the robot base, from the joints.
  *
- * The four calls Kine_JointTo...Pos share arguments, checks and lines. With a tool on the flange
- * (tool HeldByRobot 1, work object 0) the point is carried by the arm. With a stationary tool (0, 1) the
- * arm carries the work object; the tool stands in the world at TFrame.
+ * The four calls Kine_JointTo...Pos share arguments, checks and lines. With a tool on the flange (tool
+ * HeldByRobot 1, work object 0) the point is carried by the arm. With a stationary tool (0, 1) the arm
+ * carries the work object; the tool stands in the world at TFrame.
  *
  * @param joints axes and external axes, deg and mm
  * @param tool   tool
@@ -441,8 +457,9 @@ KINE_API KineResult KINE_CALL Kine_IsSingularity(const KineJoint* joints, uint32
  *    - "FK Error 2:%d\n": KINE_ERR_HOLD_CONFLICT, the bytes differ but both are non-zero
  *    - "FK Error 4:%d\n": from the base to the world: KINE_ERR_F2W_UNIT_KIND, the unit under the robot is
  *      not usable
- *    - "FK Error 6:%d\n": from the world to the work object: KINE_ERR_W2F_UNIT_KIND, the unit under the work
- *      object is not usable; KINE_ERR_AXIS_ORIGIN, the frame of one of its rotary axes lies at the origin
+ *    - "FK Error 6:%d\n": from the world to the work object: KINE_ERR_W2F_UNIT_KIND, the unit under the
+ *      work object is not usable; KINE_ERR_AXIS_ORIGIN, the frame of one of its rotary axes lies at the
+ *      origin
  *
  * A mechanical unit is usable when its index is 0..2 and not above the unit count, its kind is 1..3, it
  * has the axes of its kind, and these are driven by external axes 0..5.
@@ -518,9 +535,9 @@ KINE_API KineResult KINE_CALL Kine_FKineVision(const KineJoint* joints, KinePose
  *    - "IK error 2:%d\n": from the work object to the world: KINE_ERR_F2W_UNIT_KIND
  *    - "IK error 3:%d\n": from the world to the base: KINE_ERR_W2F_UNIT_KIND, KINE_ERR_AXIS_ORIGIN
  *    - "IK error 5:%d\n": the arm:
- *      - arm type 6: KINE_ERR_CONFIG (a turn number beyond +-1000000), KINE_ERR_IK_6,
- *        KINE_ERR_CONFIG (posture not 0..7), KINE_ERR_IK_7, KINE_ERR_IK_8, then of the refinement
- *        KINE_ERR_SINGULAR, KINE_ERR_IK_9, KINE_ERR_IK_ACCURACY
+ *      - arm type 6: KINE_ERR_CONFIG (a turn number beyond +-1000000), KINE_ERR_IK_6, KINE_ERR_CONFIG
+ *        (posture not 0..7), KINE_ERR_IK_7, KINE_ERR_IK_8, then of the refinement KINE_ERR_SINGULAR,
+ *        KINE_ERR_IK_9, KINE_ERR_IK_ACCURACY
  *      - arm types 4 and 4110: KINE_ERR_CONFIG (a turn number it uses beyond +-1000000, or Cfg1 neither 1
  *        nor -1), KINE_ERR_IK_REACH, KINE_ERR_IK_SINGULAR, then of the refinement KINE_ERR_SINGULAR, and
  *        KINE_ERR_IK_REACH for a result that is not finite
@@ -536,6 +553,230 @@ KINE_API KineResult KINE_CALL Kine_FKineVision(const KineJoint* joints, KinePose
 KINE_API KineResult KINE_CALL Kine_WobjPosToJoint(const KinePose* target, const KineTool* tool,
                                                   const KineWobj* wobj, const KineLoad* load,
                                                   KineJoint* joints);
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Conversions of positions between frames                                                        */
+/* ---------------------------------------------------------------------------------------------- */
+
+/**
+ * A world position in the frame of a fixed work object (object frame). Neither mechanical units nor the
+ * mounting of the robot are consulted, and the library need not be initialised; so for all conversions
+ * but Kine_CrdPosToWobjPos. The result has the configuration and the external axes of the pose.
+ *
+ * @param pose position in the world, mm and deg
+ * @param wobj work object, fixed and not held
+ * @param out  result: position in the work object
+ *
+ * Codes in this order:
+ *  - KINE_ERR_WOBJ: refused (with its line, see KineWobj); UFFix 0; HeldByRobot 1
+ *  - KINE_ERR_POSE: pose null or an angle beyond +-180; out null
+ */
+KINE_API KineResult KINE_CALL Kine_WorldPosToFixWobjPos(const KinePose* pose, const KineWobj* wobj,
+                                                        KinePose* out);
+
+/**
+ * A world position in the frame of a work object that the robot holds.
+ *
+ * @param pose   position in the world, mm and deg
+ * @param wobj   work object, HeldByRobot not 0
+ * @param flange pose of the flange in the world
+ * @param out    result: position in the work object, with configuration and external axes of pose
+ *
+ * Codes in this order:
+ *  - KINE_ERR_WOBJ: refused (with its line, see KineWobj); HeldByRobot 0
+ *  - KINE_ERR_POSE: pose null or an angle beyond +-180; the same for flange; out null
+ */
+KINE_API KineResult KINE_CALL Kine_WorldPosToGripWobjPos(const KinePose* pose, const KineWobj* wobj,
+                                                         const KinePose* flange, KinePose* out);
+
+/**
+ * The way back from Kine_WorldPosToGripWobjPos. Takes a work object that is not held too.
+ *
+ * Codes in this order: KINE_ERR_WOBJ (with its line, see KineWobj); KINE_ERR_POSE for pose, flange, a
+ * null out.
+ */
+KINE_API KineResult KINE_CALL Kine_GripWobjPosToWorldPos(const KinePose* pose, const KineWobj* wobj,
+                                                         const KinePose* flange, KinePose* out);
+
+/**
+ * A position to the work object.
+ *
+ * @param pose position, mm and deg; its external axes place the mechanical units in mode -2
+ * @param mode -1: from the world to a fixed work object, with a stationary tool; mechanical units are not
+ *             consulted; -2: from the robot base, through the mounting of the robot and the object in the
+ *             cell, as Kine_JointToWobjPos does from there on; any other value: the pose stays as it is
+ * @param tool tool
+ * @param wobj work object
+ * @param load not read, but refused when null
+ * @param out  result, with configuration and external axes of pose
+ *
+ * Codes in this order, checks in every mode; nothing is printed but the line of the work object:
+ *  - KINE_ERR_POSE, KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj); KINE_ERR_LOAD: load null;
+ *    KINE_ERR_POSE: out null
+ *  - mode -1: KINE_ERR_CRD_WOBJ: the tool is held
+ *  - mode -2: KINE_ERR_F2W_MODE before the first initialisation; KINE_ERR_F2W_UNIT_KIND;
+ *    KINE_ERR_HOLD_CONFLICT: both or neither held; KINE_ERR_W2F_UNIT_KIND; KINE_ERR_AXIS_ORIGIN
+ */
+KINE_API KineResult KINE_CALL Kine_CrdPosToWobjPos(const KinePose* pose, int32_t mode, const KineTool* tool,
+                                                   const KineWobj* wobj, const KineLoad* load, KinePose* out);
+
+/**
+ * A pose moved and turned by an offset along and about its own axes.
+ *
+ * @param pose   mm and deg
+ * @param offset mm and deg
+ * @param out    result, with configuration and external axes of pose
+ *
+ * Codes in this order: KINE_ERR_POSE; KINE_ERR_OFFSET_FRAME (null, or an angle beyond +-180);
+ * KINE_ERR_POSE: out null.
+ */
+KINE_API KineResult KINE_CALL Kine_ToolCoordOffset(const KinePose* pose, const KineFrame* offset,
+                                                   KinePose* out);
+
+/**
+ * A pose moved by an offset along the axes of its reference frame and turned about them in place: the
+ * rotation of the offset does not move the position, so this is not a product of frames. See
+ * Kine_ToolCoordOffset.
+ */
+KINE_API KineResult KINE_CALL Kine_WobjCoordOffset(const KinePose* pose, const KineFrame* offset,
+                                                   KinePose* out);
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Motion utilities                                                                               */
+/* ---------------------------------------------------------------------------------------------- */
+
+/**
+ * Joints after one jog step.
+ *
+ * @param dir     directions, see KineInchDir
+ * @param mode    1: joints; 2: along and about the axes of the base; 3: of the tool; 4: of the work
+ *                object; 5: of the world; any other value: the joints stay where they are
+ * @param tool    tool
+ * @param wobj    work object
+ * @param load    payload
+ * @param steps   three step sizes: joint in deg (mode 1; external axes move by the same number in their
+ *                own unit), linear in mm, rotation in deg. CHANGED IN PLACE by every call, refused ones
+ *                included: [0] and [2] hold radians afterwards, so fill the array again before the next
+ *                call
+ * @param current joints, deg
+ * @param target  result: joints in deg with the external axes of current (mode 1: moved)
+ *
+ * Modes 2 and 5 move the tool frame, or the held work object, or with neither the flange; mode 3 the tool
+ * frame (with a stationary tool the held work object makes the opposite step; with neither the joints
+ * stay where they are); mode 4 the tool frame in the work object. In mode 4 a held work object
+ * (HeldByRobot 1) turns with the opposite sense for every rotation slot in use among slots 3 to n - 1,
+ * and keeps the tool point in place while it turns.
+ *
+ * Where the step ends with the X axis of the moved frame along +-Z of the frame it is computed in (B =
+ * +-90 degrees), A and C come from rounding and may contradict each other: the joints then lead to
+ * another orientation, with KINE_OK. Only an exact zero is caught. Compare with a forward call where a
+ * tool gets there.
+ *
+ * Codes in this order:
+ *  - KINE_ERR_DIRECTION: dir or steps null (nothing is converted)
+ *  - KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_LOAD; KINE_ERR_JOINT: current
+ *    or target null
+ *  - KINE_ERR_NOT_INITIALISED
+ *  - modes 3 and 4: the codes and lines of Kine_JointToWobjPos from "FK Error 1" on, then those of
+ *    Kine_WobjPosToJoint after its checks of records
+ *  - modes 2 and 5: mode 5 KINE_ERR_F2W_UNIT_KIND (the unit under the robot is not usable); the codes of
+ *    the arm as under "IK error 5" of Kine_WobjPosToJoint; nothing is printed
+ *  - KINE_ERR_INCH_SINGULAR: the target is singular (Kine_IsSingularity, kind 2); not in mode 1
+ */
+KINE_API KineResult KINE_CALL Kine_InchMovePosCalc(const KineInchDir* dir, int32_t mode, const KineTool* tool,
+                                                   const KineWobj* wobj, const KineLoad* load, double* steps,
+                                                   const KineJoint* current, KineJoint* target);
+
+/**
+ * Joints that align the tool with a reference frame: the tool point stays, and the tool turns by the
+ * smallest rotation that brings its Z axis onto the nearest of +-X, +-Y, +-Z of the reference. Of axes
+ * that are equally near within 1e-5 rad the first of X, Y, Z is taken.
+ *
+ * @param mode    reference: 2 base, 5 world, 4 work object, -1 work object with the flange of a held work
+ *                object turned
+ * @param current joints, deg
+ * @param tool    tool
+ * @param wobj    work object
+ * @param load    payload
+ * @param target  result: joints in deg with the external axes of current
+ *
+ * With a held work object modes 2, 5 and -1 turn the flange about its own origin, mode 4 the work object.
+ *
+ * Three facts of this call. With a held work object modes 4 and -1 do not align exactly. The search for
+ * the nearest turn tries Cfg4 = 0 to 7, the postures of arm type 6. On a four-axis arm these are turn
+ * numbers: a negative axis 4 always gets KINE_ERR_ALIGN_TURN, one from 90 degrees on nearly always, and
+ * where several numbers lead to the same axis 4, rounding decides. And an aligned frame with its X axis
+ * along +-Z of the base meets the rounding described at Kine_InchMovePosCalc.
+ *
+ * Codes in this order:
+ *  - KINE_ERR_JOINT: current null; KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_TOOL,
+ *    KINE_ERR_LOAD; KINE_ERR_JOINT: target null
+ *  - KINE_ERR_NOT_INITIALISED
+ *  - KINE_ERR_DIRECTION: mode none of these; mode 4 or -1 with neither tool nor work object held
+ *  - mode 5: KINE_ERR_F2W_UNIT_KIND; modes 4 and -1: the codes and lines of Kine_JointToWobjPos from "FK
+ *    Error 2" on
+ *  - KINE_ERR_ALIGN_NO_SOLUTION: the aligned pose has no solution in the configuration of the current
+ *    joints
+ *  - KINE_ERR_ALIGN_TURN: among the Cfg4 tried another one than the current leads nearer to the current
+ *    joints
+ */
+KINE_API KineResult KINE_CALL Kine_CalcAlignPos(int32_t mode, const KineJoint* current, const KineTool* tool,
+                                                const KineWobj* wobj, const KineLoad* load,
+                                                KineJoint* target);
+
+/**
+ * Swaps the roles of a stationary tool and a held work object IN THE CALLER'S RECORDS: the frame of the
+ * work object (user * object, a user frame counting only with UFFix 1) becomes the frame of a held tool,
+ * and the frame of the stationary tool the user frame of a work object that is not held, with a zero
+ * object frame. TLoad, UFFix and MechUnitIndex stay.
+ *
+ * Codes in this order:
+ *  - KINE_ERR_WOBJ: wobj refused (with its line, see KineWobj)
+ *  - KINE_ERR_TOOL: tool refused, or HeldByRobot not 0
+ *  - KINE_ERR_WOBJ: HeldByRobot of wobj is 0; tool.HeldByRobot has become 1 all the same, nothing else
+ *    has changed
+ */
+KINE_API KineResult KINE_CALL Kine_CalcAlignCoordProc(KineTool* tool, KineWobj* wobj);
+
+/**
+ * Normal of the plane through three points, (p2 - p1) x (p3 - p1), scaled to a length. Always KINE_OK.
+ *
+ * @param p1     point, mm; the angles of all three are neither read nor checked
+ * @param p2     point, mm
+ * @param p3     point, mm
+ * @param length mm; a negative one reverses the normal
+ * @param out    result: three doubles; untouched when the points lie on one line, one of them is NaN, or
+ *               any pointer is null
+ */
+KINE_API KineResult KINE_CALL Kine_CalcZVec(const KineFrame* p1, const KineFrame* p2, const KineFrame* p3,
+                                            double length, double* out);
+
+/**
+ * Whether the flange lies in an axis-aligned cube in the world: 1 inside, 0 outside, or a result code.
+ *
+ * The position is asked of Kine_JointToWorldPos with a tool, a work object and a load of zeros. Such a
+ * work object names mechanical unit 0 and is refused, so that THIS CALL RETURNS KINE_ERR_WOBJ FOR EVERY
+ * INPUT, with the line of KineWobj. To watch an area, ask Kine_JointToWorldPos with records of your own.
+ *
+ * @param joints axes, deg; null counts as zeros
+ * @param centre centre of the cube, three doubles, mm; nothing is inside for null or NaN
+ * @param size   edge length, mm; the faces count as inside
+ */
+KINE_API int32_t KINE_CALL SafeArea_Check(const KineJoint* joints, const double* centre, double size);
+
+/**
+ * Difference of the second pose relative to the first.
+ *
+ * @param first  pose, mm and deg
+ * @param second pose, mm and deg, in the same frame
+ * @param frame  1: along and about the axes of that frame; -1: those of the first pose
+ * @param out    result: mm and deg
+ *
+ * Codes in this order: KINE_ERR_POSE (first, then second); KINE_ERR_DIRECTION: frame neither 1 nor -1;
+ * KINE_ERR_POSE: out null.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcPosDif(const KinePose* first, const KinePose* second, int32_t frame,
+                                              KineFrame* out);
 
 #ifdef __cplusplus
 }
@@ -622,6 +863,9 @@ KINE_ASSERT_OFFSET(KineExtAxisParam, AngleB, 20);
 KINE_ASSERT_OFFSET(KineExtAxisParam, Value, 24);
 KINE_ASSERT_OFFSET(KineExtAxisParam, Tail, 52);
 KINE_ASSERT_OFFSET(KineExtAxisParam, Reserved, 58);
+
+KINE_ASSERT_SIZE(KineInchDir, 56);
+KINE_ASSERT_OFFSET(KineInchDir, Slot, 0);
 
 KINE_ASSERT_SIZE(KineSixAxisParam, 272);
 KINE_ASSERT_OFFSET(KineSixAxisParam, a1, 0);
