@@ -45,6 +45,11 @@ Wobj Arguments::Take(const KineWobj* wobj)
 
 Load Arguments::Take(const KineLoad* load) { return TakeRecord(load, IsLegalLoad, KINE_ERR_LOAD, code_); }
 
+Pose Arguments::Take(const KineFrame* offset)
+{
+    return TakeRecord(offset, IsLegalFrame, KINE_ERR_OFFSET_FRAME, code_);
+}
+
 void Arguments::Require(bool condition, KineResult code)
 {
     if (code_ == KINE_OK && !condition) code_ = code;

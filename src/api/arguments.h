@@ -22,6 +22,9 @@ public:
     Wobj Take(const KineWobj* wobj);
     Load Take(const KineLoad* load);
 
+    // An offset frame: KINE_ERR_OFFSET_FRAME.
+    Pose Take(const KineFrame* offset);
+
     // A check that is not about one record.
     void Require(bool condition, KineResult code);
 

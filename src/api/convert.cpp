@@ -1,9 +1,6 @@
 // Conversion of the public records.
 #include "api/convert.h"
 
-#include <cmath>
-#include <limits>
-
 #include "math/angles.h"
 
 namespace kine {
@@ -16,10 +13,6 @@ std::array<double, 6> ToArray(const double (&v)[6]) { return {v[0], v[1], v[2], 
 
 // Multiplied in double precision, then rounded back.
 float ToRadiansSingle(float degrees) { return static_cast<float>(static_cast<double>(degrees) * DEG2RAD); }
-
-// A computed value on its way out. Sign and payload of a NaN depend on the order in which a compiler puts the
-// operands of a sum; results show one NaN only, so that the same inputs give the same bits everywhere.
-double Computed(double value) { return std::isnan(value) ? std::numeric_limits<double>::quiet_NaN() : value; }
 
 }  // namespace
 
@@ -97,12 +90,16 @@ ExtAxisSlot ToSlot(const KineExtAxisParam& param)
     return slot;
 }
 
+KineFrame ToDegrees(const Pose& pose)
+{
+    return {WithOneNaN(pose.x),           WithOneNaN(pose.y),           WithOneNaN(pose.z),
+            WithOneNaN(pose.a * RAD2DEG), WithOneNaN(pose.b * RAD2DEG), WithOneNaN(pose.c * RAD2DEG)};
+}
+
 KinePose ToDegrees(const PoseRecord& pose)
 {
     KinePose result{};
-    const Pose& frame = pose.frame;
-    result.Frame = {Computed(frame.x),           Computed(frame.y),           Computed(frame.z),
-                    Computed(frame.a * RAD2DEG), Computed(frame.b * RAD2DEG), Computed(frame.c * RAD2DEG)};
+    result.Frame = ToDegrees(pose.frame);
     result.Cfg1 = pose.config.Cfg1;
     result.Cfg2 = pose.config.Cfg2;
     result.Cfg3 = pose.config.Cfg3;
@@ -114,7 +111,8 @@ KinePose ToDegrees(const PoseRecord& pose)
 KineJoint ToDegrees(const Joints& joints)
 {
     KineJoint result{};
-    for (std::size_t i = 0; i < joints.axis.size(); ++i) result.Axis[i] = Computed(joints.axis[i] * RAD2DEG);
+    for (std::size_t i = 0; i < joints.axis.size(); ++i)
+        result.Axis[i] = WithOneNaN(joints.axis[i] * RAD2DEG);
     for (std::size_t i = 0; i < joints.extAxis.size(); ++i) result.ExtAxis[i] = joints.extAxis[i];
     return result;
 }

@@ -22,6 +22,7 @@ Wobj ToRadians(const KineWobj& wobj);
 MechUnitSlot ToSlot(const KineMechUnit& unit);
 ExtAxisSlot ToSlot(const KineExtAxisParam& param);
 
+KineFrame ToDegrees(const Pose& pose);
 KinePose ToDegrees(const PoseRecord& pose);
 KineJoint ToDegrees(const Joints& joints);
 

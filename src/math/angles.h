@@ -52,4 +52,12 @@ inline std::int32_t TruncToInt32(double x)
     return static_cast<std::int32_t>(x);
 }
 
+// A computed value on its way out of the library. Sign and payload of a NaN depend on the order in which a
+// compiler puts the operands of a sum; results show one NaN only, so that the same inputs give the same bits
+// everywhere.
+inline double WithOneNaN(double value)
+{
+    return std::isnan(value) ? std::numeric_limits<double>::quiet_NaN() : value;
+}
+
 }  // namespace kine
