@@ -108,7 +108,16 @@ def combine_load(tool_load, payload, frame):
 
 
 def tool_block(tool, wobj, payload):
-    frame = carried_frame(tool, wobj)
+    return block_on(carried_frame(tool, wobj), tool, payload)
+
+
+def lenient_tool_block(tool, wobj, payload):
+    """Without a hold check: the tool counts when both are held, the bare flange when neither is."""
+    neither = tool.held == 0 and wobj.held == 0
+    return block_on([0.0] * 6 if neither else carried_frame(tool, wobj), tool, payload)
+
+
+def block_on(frame, tool, payload):
     mass, centre, _ = combine_load(tool.load, payload, frame)
     return SimpleNamespace(frame=list(frame), mass=mass, cog=centre)
 
@@ -138,7 +147,7 @@ def head(store, joints, tool, wobj):
 
 def run_forward(store, steps, joints, tool, wobj, payload, cfg):
     block = tool_block(tool, wobj, payload)
-    frame = steps.run(3, lambda: store.arm().forward(list(joints.axis), block))
+    frame = steps.run(3, store.forward, joints.axis, block)
     return record_of(frame, cfg, joints.ext)
 
 
@@ -209,6 +218,5 @@ def wobj_to_joint(store, target, tool, wobj, payload):
     base = steps.run(3, world_to_frame, store, world, store.mounting)
     steps.run(4, check_hold, tool, wobj)
     block = tool_block(tool, wobj, payload)
-    frame = [v * (1.0 + store.nudge) for v in base.frame]
-    axis = steps.run(5, lambda: store.arm().inverse(frame, block, base.cfg))
+    axis = steps.run(5, store.inverse, base.frame, block, base.cfg)
     return SimpleNamespace(axis=axis, ext=list(base.ext))

@@ -1,20 +1,25 @@
-"""The fourteen exports over raw bytes: copy, check in order, convert, run, convert back."""
+"""The exports over raw bytes: copy, check in order, convert, run, convert back."""
 
 from collections import namedtuple
 
+import align
 import chains
-from geometry import matrix_to_pose, pose_to_matrix, product
+import conversions
+import jog
+from geometry import matrix_to_pose, pose_difference, pose_to_matrix, product
 from ieee import to_signed32
 from margins import MARGINS
-from records import (ARM_CONFIG, CONFIG, DEG2RAD, EXT_AXIS_REFUSED, HOLD, JOINT_REFUSED, LOAD, LOAD_REFUSED,
-                     MECH_UNIT_COUNT, MECH_UNIT_REFUSED, OK, POSE_REFUSED, RAD2DEG, TOOL_REFUSED,
-                     UNKNOWN_ARM, WOBJ_REFUSED, Refused, angles_in_range, convert_ext_axis_param,
-                     load_is_legal, pack_joint, pack_pose, scaled, tool_is_legal, unpack_joint, unpack_load,
+from records import (ARM_CONFIG, CONFIG, DEG2RAD, DIRECTION, DIRECTIONS, EXT_AXIS_REFUSED, FRAME, HOLD,
+                     JOINT, JOINT_REFUSED, LOAD, LOAD_REFUSED, MECH_UNIT_COUNT, MECH_UNIT_REFUSED,
+                     OFFSET_FRAME, OK, POSE_REFUSED, RAD2DEG, TOOL, TOOL_REFUSED, UNKNOWN_ARM, VECTOR, WOBJ,
+                     WOBJ_REFUSED, Refused, angles_in_range, convert_ext_axis_param, load_is_legal,
+                     pack_joint, pack_pose, scaled, tool_is_legal, unpack_joint, unpack_load,
                      unpack_mech_unit, unpack_pose, unpack_tool, unpack_wobj)
 from store import EXT_AXES, UNITS, Store
 
-# What a call answered: the code, the bytes on standard output, the record written (None: untouched).
-Outcome = namedtuple("Outcome", "code printed output")
+# What a call answered: the code, the bytes on standard output, the record written (None: untouched) and
+# the bytes of every record that is both input and output, by the place of its argument.
+Outcome = namedtuple("Outcome", "code printed output changed")
 
 UNIT_COLON_LINE = (b"IsLegalMechUnit\xa3\xba"
                    b"pArmMechUnit->AxisCount,pMechUnitAndExtAxisPara->ExtAxisNum:%d,%d\n")
@@ -35,9 +40,26 @@ SIGNATURES = {
     "Kine_JointToWobjPos": ("joint", "tool", "wobj", "load", "out_pose"),
     "Kine_FKineVision": ("joint", "out_pose"),
     "Kine_WobjPosToJoint": ("pose", "tool", "wobj", "load", "out_joint"),
+    "Kine_WorldPosToFixWobjPos": ("pose", "wobj", "out_pose"),
+    "Kine_WorldPosToGripWobjPos": ("pose", "wobj", "pose", "out_pose"),
+    "Kine_GripWobjPosToWorldPos": ("pose", "wobj", "pose", "out_pose"),
+    "Kine_CrdPosToWobjPos": ("pose", "int", "tool", "wobj", "load", "out_pose"),
+    "Kine_ToolCoordOffset": ("pose", "frame", "out_pose"),
+    "Kine_WobjCoordOffset": ("pose", "frame", "out_pose"),
+    "Kine_InchMovePosCalc": ("directions", "int", "tool", "wobj", "load", "steps_inout", "joint",
+                             "out_joint"),
+    "Kine_CalcAlignPos": ("int", "joint", "tool", "wobj", "load", "out_joint"),
+    "Kine_CalcAlignCoordProc": ("tool_inout", "wobj_inout"),
+    "Kine_CalcZVec": ("frame", "frame", "frame", "double", "out_vector"),
+    "SafeArea_Check": ("joint", "vector", "double"),
+    "Kine_CalcPosDif": ("pose", "pose", "int", "out_frame"),
 }
 
-OUTPUT_SIZES = {"out_config": 16, "out_pose": 112, "out_joint": 112}
+SETUPS = tuple(name for name in SIGNATURES if "_Init" in name or "_Set" in name)
+OUTPUT_SIZES = {"out_config": 16, "out_pose": 112, "out_joint": 112, "out_frame": 48, "out_vector": 24}
+IN_OUT = ("steps_inout", "tool_inout", "wobj_inout")
+
+INSIDE, OUTSIDE = 1, 0
 
 FORWARD_CHAINS = {
     "Kine_JointToBasePos": chains.joint_to_base,
@@ -59,16 +81,17 @@ class Library:
     def call(self, name, *args):
         MARGINS.clear()
         self.store.printed = []
+        self.changed = {i: data for i, (kind, data) in enumerate(zip(SIGNATURES[name], args))
+                        if kind in IN_OUT and data is not None}
         output = None
         try:
             if name in FORWARD_CHAINS:
-                output = self.forward(FORWARD_CHAINS[name], *args)
-                code = OK
+                code, output = self.forward(FORWARD_CHAINS[name], *args)
             else:
                 code, output = getattr(self, name)(*args)
         except Refused as refused:
             code = refused.code
-        return Outcome(code, b"".join(self.store.printed), output)
+        return Outcome(code, b"".join(self.store.printed), output, self.changed)
 
     # Taking arguments
 
@@ -99,10 +122,17 @@ class Library:
         return load
 
     def take_pose(self, data):
+        """The angles are still in degrees: they turn to radians only when all checks are passed."""
         require(data is not None, POSE_REFUSED)
         pose = unpack_pose(data)
         require(angles_in_range(pose.frame[3:]), POSE_REFUSED)
         return pose
+
+    def take_offset(self, data):
+        require(data is not None, OFFSET_FRAME)
+        frame = FRAME.unpack(data)
+        require(angles_in_range(frame[3:]), OFFSET_FRAME)
+        return frame
 
     # Setup
 
@@ -184,7 +214,7 @@ class Library:
     def Kine_FKineVision(self, joints, result):
         joints = self.take_joints(joints)
         require(result, POSE_REFUSED)
-        return OK, packed_in_degrees(chains.vision_pose(self.store, joints_to_radians(joints)))
+        return packed_in_degrees(chains.vision_pose(self.store, joints_to_radians(joints)))
 
     def Kine_WobjPosToJoint(self, target, tool, wobj, load, result):
         tool = self.take_tool(tool)
@@ -193,11 +223,115 @@ class Library:
         target = self.take_pose(target)
         require(tool.held != wobj.held, HOLD)
         require(result, JOINT_REFUSED)
-        target.frame = scaled(target.frame, 3, 3, DEG2RAD)
-        joints = chains.wobj_to_joint(self.store, target, tool_to_radians(tool), wobj_to_radians(wobj),
-                                      load_to_radians(load))
-        joints.axis = scaled(joints.axis, 0, 8, RAD2DEG)
-        return OK, pack_joint(joints)
+        joints = chains.wobj_to_joint(self.store, pose_to_radians(target), tool_to_radians(tool),
+                                      wobj_to_radians(wobj), load_to_radians(load))
+        return packed_joints_in_degrees(joints)
+
+    # Conversions: no arm, no initialisation
+
+    def Kine_WorldPosToFixWobjPos(self, pose, wobj, result):
+        wobj = self.take_wobj(wobj)
+        require(wobj.fix != 0 and wobj.held != 1, WOBJ_REFUSED)
+        pose = self.take_pose(pose)
+        require(result, POSE_REFUSED)
+        return packed_in_degrees(conversions.world_to_fixed(pose_to_radians(pose), wobj_to_radians(wobj)))
+
+    def Kine_WorldPosToGripWobjPos(self, pose, wobj, flange, result):
+        wobj = self.take_wobj(wobj)
+        require(wobj.held != 0, WOBJ_REFUSED)
+        return self.held_conversion(conversions.world_to_held, pose, wobj, flange, result)
+
+    def Kine_GripWobjPosToWorldPos(self, pose, wobj, flange, result):
+        """Does not ask whether the work object is held."""
+        return self.held_conversion(conversions.held_to_world, pose, self.take_wobj(wobj), flange, result)
+
+    def held_conversion(self, operation, pose, wobj, flange, result):
+        pose, flange = self.take_pose(pose), self.take_pose(flange)
+        require(result, POSE_REFUSED)
+        return packed_in_degrees(operation(pose_to_radians(pose), wobj_to_radians(wobj),
+                                           pose_to_radians(flange)))
+
+    def Kine_CrdPosToWobjPos(self, pose, mode, tool, wobj, load, result):
+        """The load takes no part and is not validated; it only has to be there."""
+        pose = self.take_pose(pose)
+        tool = self.take_tool(tool)
+        wobj = self.take_wobj(wobj)
+        require(load is not None, LOAD_REFUSED)
+        require(result, POSE_REFUSED)
+        return packed_in_degrees(conversions.to_work_object(self.store, pose_to_radians(pose), mode,
+                                                            tool_to_radians(tool), wobj_to_radians(wobj)))
+
+    def Kine_ToolCoordOffset(self, pose, offset, result):
+        return self.offset(conversions.offset_in_tool, pose, offset, result)
+
+    def Kine_WobjCoordOffset(self, pose, offset, result):
+        return self.offset(conversions.offset_in_reference, pose, offset, result)
+
+    def offset(self, operation, pose, offset, result):
+        pose, offset = self.take_pose(pose), self.take_offset(offset)
+        require(result, POSE_REFUSED)
+        return packed_in_degrees(operation(pose_to_radians(pose), scaled(offset, 3, 3, DEG2RAD)))
+
+    # Motion
+
+    def Kine_InchMovePosCalc(self, directions, mode, tool, wobj, load, steps, joints, result):
+        """The caller's step angles turn to radians in place, whatever the call answers."""
+        require(directions is not None and steps is not None, DIRECTION)
+        joint_step, linear_step, turn_step = VECTOR.unpack(steps)
+        in_radians = (joint_step * DEG2RAD, linear_step, turn_step * DEG2RAD)
+        self.changed[5] = VECTOR.pack(*in_radians)
+        tool = self.take_tool(tool)
+        wobj = self.take_wobj(wobj)
+        load = self.take_load(load)
+        joints = self.take_joints(joints)
+        require(result, JOINT_REFUSED)
+        target = jog.jog_target(self.store, DIRECTIONS.unpack(directions), mode, in_radians,
+                                joints_to_radians(joints), tool_to_radians(tool), wobj_to_radians(wobj),
+                                load_to_radians(load))
+        return packed_joints_in_degrees(target)
+
+    def Kine_CalcAlignPos(self, mode, joints, tool, wobj, load, result):
+        joints = self.take_joints(joints)
+        wobj = self.take_wobj(wobj)
+        tool = self.take_tool(tool)
+        load = self.take_load(load)
+        require(result, JOINT_REFUSED)
+        target = align.aligned_joints(self.store, mode, joints_to_radians(joints), tool_to_radians(tool),
+                                      wobj_to_radians(wobj), load_to_radians(load))
+        return packed_joints_in_degrees(target)
+
+    def Kine_CalcAlignCoordProc(self, tool_data, wobj_data):
+        """The held work object becomes the held tool; the stationary tool becomes the user frame."""
+        wobj = self.take_wobj(wobj_data)
+        tool = self.take_tool(tool_data)
+        require(tool.held == 0, TOOL_REFUSED)
+        self.changed[0] = b"\x01" + tool_data[1:]  # stays even when the work object is refused below
+        require(wobj.held != 0, WOBJ_REFUSED)
+        combined = scaled(wobj_to_radians(wobj).combined, 3, 3, RAD2DEG)
+        self.changed[0] = b"\x01" + tool_data[1:8] + FRAME.pack(*combined) + tool_data[56:]
+        self.changed[1] = b"\x00" + wobj_data[1:8] + tool_data[8:56] + bytes(48)
+        return OK, None
+
+    def Kine_CalcZVec(self, p1, p2, p3, length, result):
+        if p1 is None or p2 is None or p3 is None or not result:
+            return OK, None
+        vector = align.scaled_normal(*[FRAME.unpack(p)[:3] for p in (p1, p2, p3)], length)
+        return OK, None if vector is None else VECTOR.pack(*vector)
+
+    def SafeArea_Check(self, joints, centre, size):
+        """Asks for the world position with records of zeros, whose work object is never legal."""
+        joints = bytes(JOINT.size) if joints is None else joints
+        _, pose = self.forward(chains.joint_to_world, joints, bytes(TOOL.size), bytes(WOBJ.size),
+                               bytes(LOAD.size), True)
+        inside = align.is_inside_cube(unpack_pose(pose).frame[:3], VECTOR.unpack(centre), size)
+        return INSIDE if inside else OUTSIDE, None
+
+    def Kine_CalcPosDif(self, first, second, frame, result):
+        first, second = self.take_pose(first), self.take_pose(second)
+        require(frame in (1, -1), DIRECTION)
+        require(result, POSE_REFUSED)
+        difference = pose_difference(pose_to_radians(first).frame, pose_to_radians(second).frame, frame == 1)
+        return OK, FRAME.pack(*scaled(difference, 3, 3, RAD2DEG))
 
 
 def require(condition, code):
@@ -232,4 +366,14 @@ def wobj_to_radians(wobj):
 
 def packed_in_degrees(record):
     record.frame = scaled(record.frame, 3, 3, RAD2DEG)
-    return pack_pose(record)
+    return OK, pack_pose(record)
+
+
+def packed_joints_in_degrees(joints):
+    joints.axis = scaled(joints.axis, 0, 8, RAD2DEG)
+    return OK, pack_joint(joints)
+
+
+def pose_to_radians(pose):
+    pose.frame = scaled(pose.frame, 3, 3, DEG2RAD)
+    return pose

@@ -21,6 +21,7 @@ MAX_ROUNDS = 4_000_000
 class FourAxisArm:
     """Arm type 4."""
 
+    axes = AXES
     window_bias = 1e-5
 
     def __init__(self):

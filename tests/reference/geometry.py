@@ -9,6 +9,9 @@ import math
 from ieee import HALF_PI, PI, acos, asin, cos, div, sin, sqrt
 from margins import MARGINS
 
+SMALLEST_FLOAT = 1.1754943508222875e-38
+ROUNDING = 4e-16
+GIMBAL_LOST = 1e-6
 IDENTITY = (1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0)
 
 
@@ -98,6 +101,36 @@ def rotation_to_euler(r):
     return a, b, c
 
 
+def rotation_to_euler_exact(r):
+    """Only a vanishing leading column counts as the gimbal case; r need not be orthonormal.
+
+    The sign of r20 decides the sign of b there, not its closeness to 1.
+    """
+    # A short leading column or a short bottom row leaves mostly rounding in a or c.
+    shortest = min(max(abs(r[0]), abs(r[3])), max(abs(r[7]), abs(r[8])))
+    if all(math.isfinite(v) for v in r):
+        slack = div(ROUNDING * max(abs(v) for v in r), shortest)
+        if not slack < GIMBAL_LOST:
+            MARGINS.flag("near exact gimbal")
+        elif slack > 1e-13:
+            MARGINS.loosen(slack)
+    if abs(r[0]) < SMALLEST_FLOAT and abs(r[3]) < SMALLEST_FLOAT:
+        t = math.atan2(r[1], r[4])
+        return (0.0, -HALF_PI, -t) if r[6] > 0.0 else (0.0, HALF_PI, t)
+    a = math.atan2(r[3], r[0])
+    b = math.atan2(-r[6], sqrt(r[0] * r[0] + r[3] * r[3]))
+    return a, b, math.atan2(r[7], r[8])
+
+
+def axis_angle(w, angle):
+    """Rotation about an axis of unit length; any other axis gives a matrix that is no rotation."""
+    s, v = sin(angle), 1.0 - cos(angle)
+    x, y, z = w
+    return (1.0 - (y * y + z * z) * v, x * y * v - s * z, x * z * v + s * y,
+            x * y * v + s * z, 1.0 - (x * x + z * z) * v, y * z * v - s * x,
+            x * z * v - s * y, y * z * v + s * x, 1.0 - (x * x + y * y) * v)
+
+
 def pose_to_matrix(pose):
     return euler_to_rotation(pose[3], pose[4], pose[5]) + tuple(pose[:3])
 
@@ -123,6 +156,22 @@ def inverse(m):
                 r10 * r21 - r11 * r20, r01 * r20 - r00 * r21, r00 * r11 - r01 * r10)
     block = tuple(div(v, det) for v in adjugate)
     return block + tuple(-v for v in rotate(block, m[9:]))
+
+
+def rigid_inverse(m):
+    """The block transposed, as it is for a rotation, whatever the block is."""
+    block = transposed(m[:9])
+    return block + tuple(-v for v in rotate(block, m[9:]))
+
+
+def pose_difference(first, second, in_base):
+    """The second pose as seen from the first, in the axes of the base or of the first pose."""
+    r1, r2 = euler_to_rotation(*first[3:]), euler_to_rotation(*second[3:])
+    shift = subtract(second[:3], first[:3])
+    if in_base:
+        return list(shift) + list(rotation_to_euler(rot_product(r2, transposed(r1))))
+    back = transposed(r1)
+    return list(rotate(back, shift)) + list(rotation_to_euler(rot_product(back, r2)))
 
 
 def rot_z_deg(degrees):

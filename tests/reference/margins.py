@@ -1,7 +1,8 @@
 """Remembers which decisions of a call were so close that rounding alone may turn them.
 
 The comparison looks here only after a difference: a difference behind a close decision says nothing
-about either side. `cut` is the milder case of an angle at +-180 degrees, where only the sign may turn.
+about either side. Two milder cases: `cut`, an angle at +-180 degrees, where only the sign may turn, and
+`slack`, how far (in radians) the last bits of an ill-conditioned step may turn a frame.
 """
 
 
@@ -9,10 +10,15 @@ class Margins:
     def __init__(self):
         self.reasons = set()
         self.cut = False
+        self.slack = 0.0
 
     def clear(self):
         self.reasons.clear()
         self.cut = False
+        self.slack = 0.0
+
+    def loosen(self, slack):
+        self.slack = max(self.slack, slack)
 
     def flag(self, reason):
         self.reasons.add(reason)

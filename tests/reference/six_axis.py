@@ -27,6 +27,8 @@ MAX_ROUNDS = 4_000_000
 
 
 class SixAxisArm:
+    axes = AXES
+
     def __init__(self):
         self.upper = [0.0] * AXES
         self.lower = [0.0] * AXES

@@ -26,7 +26,9 @@ class Store:
         self.arms = {4: FourAxisArm(), 6: SixAxisArm(), 4110: FourAxis4110Arm()}
         self.printed = []
         self.nudge = 0.0  # relative change of a target, to see whether an answer is steady
+        self.tie_to_start = None  # how a tie of the turn search ends: as it does, or as it might
         self.reset_units()
+        self.mounting.mode = 0  # at load everything is zero: the base stands nowhere yet
 
     def print(self, line):
         self.printed.append(line)
@@ -87,6 +89,13 @@ class Store:
 
     def config(self, axis):
         return self.arm().config(list(axis))
+
+    def forward(self, axis, block):
+        return self.arm().forward(list(axis), block)
+
+    def inverse(self, frame, block, cfg):
+        frame = [v * (1.0 + self.nudge) for v in frame]
+        return self.arm().inverse(frame, block, list(cfg))
 
     def check_config(self, cfg):
         """Compare with the posture of the limits, two quarter turns of tolerance."""
