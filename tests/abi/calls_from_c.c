@@ -36,6 +36,29 @@ static KineResult(KINE_CALL* const vision)(const KineJoint*, KinePose*) = Kine_F
 static KineResult(KINE_CALL* const inverse)(const KinePose*, const KineTool*, const KineWobj*,
                                             const KineLoad*, KineJoint*) = Kine_WobjPosToJoint;
 
+typedef KineResult(KINE_CALL* GripCall)(const KinePose*, const KineWobj*, const KinePose*, KinePose*);
+typedef KineResult(KINE_CALL* OffsetCall)(const KinePose*, const KineFrame*, KinePose*);
+
+static KineResult(KINE_CALL* const worldToFix)(const KinePose*, const KineWobj*,
+                                               KinePose*) = Kine_WorldPosToFixWobjPos;
+static const GripCall worldToGrip = Kine_WorldPosToGripWobjPos;
+static const GripCall gripToWorld = Kine_GripWobjPosToWorldPos;
+static KineResult(KINE_CALL* const crdToWobj)(const KinePose*, int32_t, const KineTool*, const KineWobj*,
+                                              const KineLoad*, KinePose*) = Kine_CrdPosToWobjPos;
+static const OffsetCall toolOffset = Kine_ToolCoordOffset;
+static const OffsetCall wobjOffset = Kine_WobjCoordOffset;
+static KineResult(KINE_CALL* const inch)(const KineInchDir*, int32_t, const KineTool*, const KineWobj*,
+                                         const KineLoad*, double*, const KineJoint*,
+                                         KineJoint*) = Kine_InchMovePosCalc;
+static KineResult(KINE_CALL* const align)(int32_t, const KineJoint*, const KineTool*, const KineWobj*,
+                                          const KineLoad*, KineJoint*) = Kine_CalcAlignPos;
+static KineResult(KINE_CALL* const swapRoles)(KineTool*, KineWobj*) = Kine_CalcAlignCoordProc;
+static KineResult(KINE_CALL* const normal)(const KineFrame*, const KineFrame*, const KineFrame*, double,
+                                           double*) = Kine_CalcZVec;
+static int32_t(KINE_CALL* const safeArea)(const KineJoint*, const double*, double) = SafeArea_Check;
+static KineResult(KINE_CALL* const difference)(const KinePose*, const KinePose*, int32_t,
+                                               KineFrame*) = Kine_CalcPosDif;
+
 /* An arm of 500 and 400 mm on a column of 300 mm: stretched up and forward at joints 0. */
 static KineKinematicParam PlainArm(void)
 {
@@ -108,9 +131,101 @@ static void CheckChains(void)
     for (i = 0; i < 6; ++i) EXPECT(fabs(solved.Axis[i] - joints.Axis[i]) < 1e-9);
 }
 
+static int IsAt(const KinePose* pose, double x, double y, double z, double a)
+{
+    return fabs(pose->Frame.X - x) < 1e-9 && fabs(pose->Frame.Y - y) < 1e-9 &&
+           fabs(pose->Frame.Z - z) < 1e-9 && fabs(pose->Frame.A - a) < 1e-9;
+}
+
+/* The object stands at (100, 0, 0), turned by 90 degrees: its x is y of the reference. */
+static void CheckConversions(void)
+{
+    KinePose pose;
+    KinePose flange;
+    KinePose out;
+    KineFrame offset;
+    KineTool tool;
+    KineWobj wobj;
+    KineLoad load;
+    memset(&pose, 0, sizeof pose);
+    memset(&flange, 0, sizeof flange);
+    memset(&offset, 0, sizeof offset);
+    memset(&tool, 0, sizeof tool);
+    memset(&wobj, 0, sizeof wobj);
+    memset(&load, 0, sizeof load);
+    wobj.UFFix = 1;
+    wobj.UFrame.X = 100.0;
+    wobj.UFrame.A = 90.0;
+    pose.Frame.X = 100.0;
+    pose.Frame.Y = 30.0;
+    pose.Frame.A = 90.0;
+    EXPECT(worldToFix(&pose, &wobj, &out) == KINE_OK);
+    EXPECT(IsAt(&out, 30.0, 0.0, 0.0, 0.0));
+    EXPECT(crdToWobj(&pose, -1, &tool, &wobj, &load, &out) == KINE_OK);
+    EXPECT(IsAt(&out, 30.0, 0.0, 0.0, 0.0));
+    wobj.HeldByRobot = 1;
+    flange.Frame.Z = 5.0;
+    EXPECT(worldToGrip(&pose, &wobj, &flange, &out) == KINE_OK);
+    EXPECT(IsAt(&out, 30.0, 0.0, -5.0, 0.0));
+    EXPECT(gripToWorld(&out, &wobj, &flange, &out) == KINE_OK);
+    EXPECT(IsAt(&out, 100.0, 30.0, 0.0, 90.0));
+    offset.X = 7.0;
+    EXPECT(toolOffset(&pose, &offset, &out) == KINE_OK);
+    EXPECT(IsAt(&out, 100.0, 37.0, 0.0, 90.0));
+    EXPECT(wobjOffset(&pose, &offset, &out) == KINE_OK);
+    EXPECT(IsAt(&out, 107.0, 30.0, 0.0, 90.0));
+    EXPECT(difference(&pose, &out, -1, &offset) == KINE_OK);
+    EXPECT(fabs(offset.X) < 1e-9 && fabs(offset.Y + 7.0) < 1e-9);
+    EXPECT(swapRoles(&tool, &wobj) == KINE_OK);
+    EXPECT(tool.HeldByRobot == 1 && wobj.HeldByRobot == 0);
+    EXPECT(fabs(tool.TFrame.X - 100.0) < 1e-9 && fabs(tool.TFrame.A - 90.0) < 1e-9);
+    EXPECT(wobj.UFrame.X == 0.0);
+}
+
+static void CheckMotion(void)
+{
+    const double centre[3] = {0.0, 0.0, 0.0};
+    double steps[3] = {10.0, 0.0, 0.0};
+    double n[3] = {0.0, 0.0, 0.0};
+    KineFrame p[3];
+    KineInchDir dir;
+    KineJoint joints;
+    KineJoint target;
+    KineTool tool;
+    KineWobj wobj;
+    KineLoad load;
+    int i;
+    memset(p, 0, sizeof p);
+    memset(&dir, 0, sizeof dir);
+    memset(&joints, 0, sizeof joints);
+    memset(&tool, 0, sizeof tool);
+    memset(&wobj, 0, sizeof wobj);
+    memset(&load, 0, sizeof load);
+    p[1].X = 1.0;
+    p[2].Y = 1.0;
+    EXPECT(normal(&p[0], &p[1], &p[2], 5.0, n) == KINE_OK);
+    EXPECT(n[0] == 0.0 && n[1] == 0.0 && n[2] == 5.0);
+    EXPECT(safeArea(&joints, centre, 1000.0) == (int32_t)KINE_ERR_WOBJ);
+
+    tool.HeldByRobot = 1;
+    wobj.UFFix = 1;
+    joints.Axis[4] = 80.0;
+    dir.Slot[1] = -1;
+    EXPECT(inch(&dir, 1, &tool, &wobj, &load, steps, &joints, &target) == KINE_OK);
+    for (i = 0; i < 6; ++i) EXPECT(fabs(target.Axis[i] - (i == 1 ? -10.0 : joints.Axis[i])) < 1e-9);
+    EXPECT(fabs(steps[0] - 10.0 / 57.29577951308232) < 1e-15);
+
+    /* All links lie in one plane, and axis 5 stands across it: ten degrees more and the tool points along the
+     * base. */
+    EXPECT(align(2, &joints, &tool, &wobj, &load, &target) == KINE_OK);
+    for (i = 0; i < 6; ++i) EXPECT(fabs(target.Axis[i] - (i == 4 ? 90.0 : 0.0)) < 1e-9);
+}
+
 int main(void)
 {
     CheckSetup();
     CheckChains();
+    CheckConversions();
+    CheckMotion();
     return failures == 0 ? 0 : 1;
 }

@@ -142,6 +142,15 @@ static void CheckExtAxisParam(void)
     EXPECT_FIELD(KineExtAxisParam, Reserved, 58, uint8_t[2]);
 }
 
+static void CheckInchDir(void)
+{
+    EXPECT(sizeof(KineInchDir) == 56);
+    EXPECT_FIELD(KineInchDir, Slot, 0, int32_t[14]);
+    EXPECT_VALUE(KineInchDir, Slot[0], 0, int32_t, -1);
+    EXPECT_VALUE(KineInchDir, Slot[1], 4, int32_t, -2);
+    EXPECT_VALUE(KineInchDir, Slot[13], 52, int32_t, -2147483647);
+}
+
 static void CheckKinematicParam(void)
 {
     EXPECT(sizeof(KineKinematicParam) >= 272);
@@ -244,6 +253,7 @@ int main(void)
     CheckLoadToolWobj();
     CheckMechUnit();
     CheckExtAxisParam();
+    CheckInchDir();
     CheckKinematicParam();
     CheckCodes();
     return failures == 0 ? 0 : 1;

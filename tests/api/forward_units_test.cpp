@@ -1,7 +1,7 @@
 // The forward calls with mechanical units under the work object and under the robot, and with loads.
 //
 // W from M, where the robot stands, and W from U, where the work object's unit stands, come from
-// support/cell.h; F is the flange in the base.
+// support/cell_setup.h; F is the flange in the base.
 #include <gtest/gtest.h>
 
 #include <vector>
