@@ -30,9 +30,9 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--readelf", default="readelf")
     parser.add_argument("--soname", required=True)
-    parser.add_argument("library")
+    parser.add_argument("shared_library")
     arguments = parser.parse_args()
-    output = subprocess.run([arguments.readelf, "-d", "-W", arguments.library],
+    output = subprocess.run([arguments.readelf, "-d", "-W", arguments.shared_library],
                             check=True, capture_output=True, text=True, env={"LC_ALL": "C"}).stdout
     found = problems(*parse_dynamic(output), arguments.soname)
     print("\n".join(found) or f"{arguments.soname}, C library only")

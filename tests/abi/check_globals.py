@@ -27,9 +27,9 @@ def writable_globals(symbols):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--nm", default="nm")
-    parser.add_argument("library")
+    parser.add_argument("shared_library")
     arguments = parser.parse_args()
-    output = subprocess.run([arguments.nm, "-P", "--defined-only", arguments.library],
+    output = subprocess.run([arguments.nm, "-P", "--defined-only", arguments.shared_library],
                             check=True, capture_output=True, text=True).stdout
     found = writable_globals(parse_nm(output))
     if len(found) == 1 and STORE.match(next(iter(found))):

@@ -22,10 +22,10 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--nm", default="nm")
     parser.add_argument("--expected", type=pathlib.Path, required=True)
-    parser.add_argument("library")
+    parser.add_argument("shared_library")
     arguments = parser.parse_args()
     output = subprocess.run(
-        [arguments.nm, "-D", "-P", "--defined-only", arguments.library],
+        [arguments.nm, "-D", "-P", "--defined-only", arguments.shared_library],
         check=True, capture_output=True, text=True).stdout
     expected = set(arguments.expected.read_text(encoding="ascii").split())
     found = differences(parse_nm(output), expected)

@@ -73,7 +73,7 @@ class BuiltLibrary:
     """
 
     def __init__(self, path, wanted):
-        self.library = ctypes.CDLL(os.path.abspath(path))
+        self.loaded = ctypes.CDLL(os.path.abspath(path))
         libc = ctypes.CDLL(None, use_errno=True)
         self.slots = [Slot(libc) for _ in range(max(len(kinds) for kinds in SIGNATURES.values()))]
         self.pattern = random.Random(0).randbytes(4096)
@@ -84,7 +84,7 @@ class BuiltLibrary:
         for name, kinds in SIGNATURES.items():
             if name not in wanted and name not in SETUPS:
                 continue
-            function = getattr(self.library, name)
+            function = getattr(self.loaded, name)
             function.restype = ctypes.c_int32 if name == "SafeArea_Check" else ctypes.c_uint32
             function.argtypes = [types.get(kind, ctypes.c_void_p) for kind in kinds]
             self.functions[name] = function
@@ -251,7 +251,7 @@ class Comparison:
     """Both sides of one sequence after another, with what was seen."""
 
     def __init__(self, options):
-        self.built = BuiltLibrary(options.library, options.exports) if options.library else None
+        self.built = BuiltLibrary(options.shared_library, options.exports) if options.shared_library else None
         self.only, self.seed, self.wanted = options.only, options.seed, options.exports
         self.codes = Counter()
         self.skipped = Counter()
@@ -474,7 +474,7 @@ def export_names(text):
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--library", help="path of the shared library")
+    parser.add_argument("--library", dest="shared_library", help="path of the shared library")
     parser.add_argument("--reference-only", action="store_true", help="run the model alone")
     parser.add_argument("--calls", type=int, default=100_000)
     parser.add_argument("--seed", type=int, default=1)
@@ -486,8 +486,8 @@ def main():
                         help="one sequence, every call printed (-1: before initialisation)")
     options = parser.parse_args()
     if options.reference_only:
-        options.library = None
-    elif not options.library:
+        options.shared_library = None
+    elif not options.shared_library:
         parser.error("--library or --reference-only is needed")
 
     if options.sequence is not None:

@@ -419,11 +419,11 @@ def wobj_bytes(held, fix, unit=0, user=(0.0,) * 6, frame=(0.0,) * 6):
 
 class Conversions(Close):
     def setUp(self):
-        self.library = Library()
+        self.model = Library()
 
     def answer(self, name, *args):
         """Code and result as numbers."""
-        outcome = self.library.call(name, *args)
+        outcome = self.model.call(name, *args)
         return outcome.code, None if outcome.output is None else POSE.unpack(outcome.output)
 
     def test_fixed_work_object(self):
@@ -435,9 +435,9 @@ class Conversions(Close):
         refused = {wobj_bytes(1, 1): 0x6012, wobj_bytes(2, 1): 0, wobj_bytes(0, 2): 0,
                    wobj_bytes(0, 0, -1): 0x6012}
         for wobj, expected in refused.items():
-            outcome = self.library.call("Kine_WorldPosToFixWobjPos", pose_bytes(*[0.0] * 6), wobj, True)
+            outcome = self.model.call("Kine_WorldPosToFixWobjPos", pose_bytes(*[0.0] * 6), wobj, True)
             self.assertEqual((outcome.code, outcome.printed), (expected, b""))
-        outcome = self.library.call("Kine_WorldPosToFixWobjPos", None, wobj_bytes(0, 0), True)
+        outcome = self.model.call("Kine_WorldPosToFixWobjPos", None, wobj_bytes(0, 0), True)
         self.assertEqual(outcome[:2], (0x6012, b"IsLegalWobj,!pWobj->UFFix:0;\n"))
 
     def test_held_work_object_and_back(self):
@@ -465,12 +465,12 @@ class Conversions(Close):
             self.assert_close(same[:6], POSE.unpack(pose)[:6], 1e-12)
         self.assertEqual(self.answer("Kine_CrdPosToWobjPos", pose, -1, held, wobj, NO_LOAD, True)[0], 0x6071)
         self.assertEqual(self.answer("Kine_CrdPosToWobjPos", pose, -2, held, wobj, NO_LOAD, True)[0], 0x6032)
-        self.library.call("Kine_InitKinematicParam", 5, None)  # puts the base at the world origin
+        self.model.call("Kine_InitKinematicParam", 5, None)  # puts the base at the world origin
         for mode, tool in ((-1, stationary), (-2, held)):
             code, moved = self.answer("Kine_CrdPosToWobjPos", pose, mode, tool, wobj, NO_LOAD, True)
             self.assertEqual(code, 0)
             self.assert_close(moved[:6], (0.0, 200.0, 300.0, 10.0, 20.0, 30.0), 1e-12)
-        outcome = self.library.call("Kine_CrdPosToWobjPos", pose, -2, stationary, wobj, NO_LOAD, True)
+        outcome = self.model.call("Kine_CrdPosToWobjPos", pose, -2, stationary, wobj, NO_LOAD, True)
         self.assertEqual(outcome[:3], (0x6050, b"", None))
 
     def test_offsets(self):
