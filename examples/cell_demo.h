@@ -1,4 +1,4 @@
-// What the demonstration programs share: printing poses, and the distance between two poses.
+// What the demonstration programs share: the cell, the Puma, printing poses, and the distance between two poses.
 #pragma once
 
 #include <algorithm>
@@ -9,6 +9,29 @@
 #include "KineDll.h"
 
 namespace demo {
+
+struct Cell
+{
+    KineTool tool;
+    KineWobj wobj;
+    KineLoad payload;
+};
+
+// The rigid Puma 560: Corke and Armstrong-Helouvry, ICRA 1994.
+inline KineKinematicParam Puma560()
+{
+    KineKinematicParam param{};
+    KineSixAxisParam& p = param.SixAxis;
+    p.a2 = 431.8;
+    p.a3 = 20.3;
+    p.d4 = 431.8;
+    p.d3 = p.lateralOffset = -150.05;
+    p.alpha1 = 90.0;
+    p.alpha3 = 90.0;
+    p.alpha4 = -90.0;
+    p.alpha5 = 90.0;
+    return param;
+}
 
 // How far two poses are apart: mm, and the largest difference of an element of the rotation as an angle, deg.
 struct Residual

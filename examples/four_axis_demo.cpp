@@ -8,16 +8,11 @@
 
 namespace {
 
+using demo::Cell;
+
 // A solution this far off its target is wrong: the refinement ends at a squared error of 1e-12.
 constexpr double kMaxResidualMm = 1e-5;
 constexpr double kMaxResidualDeg = 1e-4;
-
-struct Cell
-{
-    KineTool tool;
-    KineWobj wobj;
-    KineLoad payload;
-};
 
 // Textbook proportions, not a product: links of 325 and 275 mm, a screw of 20 mm per revolution.
 KineKinematicParam ExampleScara()

@@ -7,6 +7,8 @@
 
 namespace {
 
+using demo::Cell;
+
 // Farther than this from where a step should lead is wrong.
 constexpr double kMaxErrorMm = 1e-6;
 // Sine of the angle that an aligned Z axis may be off.
@@ -16,29 +18,6 @@ constexpr int32_t kJogBase = 2;
 constexpr int32_t kJogTool = 3;
 constexpr int32_t kJogWobj = 4;
 constexpr int32_t kAlignWithBase = 2;
-
-struct Cell
-{
-    KineTool tool;
-    KineWobj wobj;
-    KineLoad payload;
-};
-
-// Geometry: Corke and Armstrong-Helouvry, ICRA 1994.
-KineKinematicParam Puma560()
-{
-    KineKinematicParam param{};
-    KineSixAxisParam& p = param.SixAxis;
-    p.a2 = 431.8;
-    p.a3 = 20.3;
-    p.d4 = 431.8;
-    p.d3 = p.lateralOffset = -150.05;
-    p.alpha1 = 90.0;
-    p.alpha3 = 90.0;
-    p.alpha4 = -90.0;
-    p.alpha5 = 90.0;
-    return param;
-}
 
 Cell MakeCell()
 {
@@ -106,7 +85,7 @@ bool Align(const Cell& cell, KineJoint& joints)
 
 int main()
 {
-    const KineKinematicParam arm = Puma560();
+    const KineKinematicParam arm = demo::Puma560();
     const Cell cell = MakeCell();
     if (!demo::Succeeded("Kine_InitKinematicParam", Kine_InitKinematicParam(KINE_ARM_SIX_AXIS, &arm)))
         return 1;

@@ -7,31 +7,18 @@
 
 namespace {
 
+using demo::Cell;
+
 // A solution this far off its target is wrong.
 constexpr double kMaxResidualMm = 1e-6;
 constexpr double kMaxResidualDeg = 1e-6;
 
-struct Cell
-{
-    KineTool tool;
-    KineWobj wobj;
-    KineLoad payload;
-};
-
-// Geometry: Corke and Armstrong-Helouvry, ICRA 1994. Link weights: Armstrong, Khatib and Burdick, ICRA 1986.
+// Link weights: Armstrong, Khatib and Burdick, ICRA 1986.
 // The stiffnesses are illustrative; none are published.
-KineKinematicParam Puma560()
+KineKinematicParam BendingPuma560()
 {
-    KineKinematicParam param{};
+    KineKinematicParam param = demo::Puma560();
     KineSixAxisParam& p = param.SixAxis;
-    p.a2 = 431.8;
-    p.a3 = 20.3;
-    p.d4 = 431.8;
-    p.d3 = p.lateralOffset = -150.05;
-    p.alpha1 = 90.0;
-    p.alpha3 = 90.0;
-    p.alpha4 = -90.0;
-    p.alpha5 = 90.0;
     const double weights[7] = {37234.7, 1024.2, 248.9, 8743.9, 28.25, 28.25, 0.0};
     for (int i = 0; i < 7; ++i) p.G[i] = weights[i];
     p.k2 = 3.0e4;
@@ -113,7 +100,7 @@ bool SolvePosture(const KinePose& position, int posture, const Cell& cell)
 
 int main()
 {
-    const KineKinematicParam arm = Puma560();
+    const KineKinematicParam arm = BendingPuma560();
     const Cell cell = MakeCell();
     if (!demo::Succeeded("Kine_InitKinematicParam", Kine_InitKinematicParam(KINE_ARM_SIX_AXIS, &arm)))
         return 1;

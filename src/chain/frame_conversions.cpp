@@ -7,11 +7,6 @@ namespace kine {
 
 namespace {
 
-PoseRecord WithFrame(const PoseRecord& record, const HomMatrix& frame)
-{
-    return {MatrixToPose(frame), record.config, record.extAxis};
-}
-
 KineResult BaseToWobj(const Store& store, const PoseRecord& inBase, const Tool& tool, const Wobj& wobj,
                       PoseRecord& inWobj)
 {

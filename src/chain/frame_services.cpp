@@ -62,11 +62,6 @@ bool HasRotaryAxisAtOrigin(const MechUnitSlot& unit)
     return unit.unitKind == kTwoRotaryAxes && IsAtOrigin(unit.axisFrame[1]);
 }
 
-PoseRecord WithFrame(const PoseRecord& record, const HomMatrix& frame)
-{
-    return {MatrixToPose(frame), record.config, record.extAxis};
-}
-
 }  // namespace
 
 KineResult CheckHold(const Tool& tool, const Wobj& wobj)

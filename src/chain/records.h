@@ -18,6 +18,12 @@ struct PoseRecord
     std::array<double, 6> extAxis;
 };
 
+// The record at another frame; configuration and external axes stay.
+inline PoseRecord WithFrame(const PoseRecord& record, const HomMatrix& frame)
+{
+    return {MatrixToPose(frame), record.config, record.extAxis};
+}
+
 struct Tool
 {
     std::uint8_t heldByRobot;   // the caller's byte as it is

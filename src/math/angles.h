@@ -34,6 +34,8 @@ inline SinCos SinCosOf(double angle)
     return result;
 }
 
+inline SinCos SinCosDeg(double degrees) { return SinCosOf(degrees * DEG2RAD); }
+
 // Arguments this far outside [-1, 1] are rounding noise and count as +-1. At the limit itself and beyond
 // the argument is passed on, so that an unreachable target shows as NaN.
 inline constexpr double kArcTolerance = 1.00001;

@@ -10,8 +10,6 @@ namespace {
 // mm; equal passes, NaN passes. ZOffset is not checked and may be negative.
 constexpr double kMinLength = 1e-5;
 
-SinCos SinCosDeg(double degrees) { return SinCosOf(degrees * DEG2RAD); }
-
 }  // namespace
 
 KineResult InitFourAxisParams(std::uint32_t ownType, std::uint32_t armType, const KineKinematicParam* param,

@@ -16,8 +16,6 @@ constexpr double kMinOffset = -1e-5;
 // deflection fail its bound: such an arm is not corrected.
 double Compliance(double stiffness) { return 1.0 / (stiffness * 1000.0); }
 
-SinCos SinCosDeg(double degrees) { return SinCosOf(degrees * DEG2RAD); }
-
 }  // namespace
 
 KineResult InitSixAxisParams(std::uint32_t armType, const KineKinematicParam* param, SixAxisParams& params)
