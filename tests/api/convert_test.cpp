@@ -255,3 +255,21 @@ TEST(ToDegrees, joints_scale_all_eight_axes_and_keep_the_external_ones)
     for (std::size_t i = 0; i < 8; ++i) EXPECT_EQ(result.Axis[i], joints.axis[i] * kRadToDeg);
     EXPECT_EQ(std::memcmp(joints.extAxis.data(), result.ExtAxis, sizeof result.ExtAxis), 0);
 }
+
+// Which NaN a sum gives depends on the order of its operands, which is the compiler's choice.
+TEST(ToDegrees, computed_values_show_one_nan_and_external_axes_keep_theirs)
+{
+    const double one = std::numeric_limits<double>::quiet_NaN();
+    const double other = std::copysign(one, -1.0);
+    ASSERT_FALSE(SameBits(one, other));
+
+    const KineJoint joints =
+        ToDegrees(Joints{{other, other, other, other, other, other, other, other}, {other}});
+    for (const double axis : joints.Axis) EXPECT_TRUE(SameBits(axis, one));
+    EXPECT_TRUE(SameBits(joints.ExtAxis[0], other));
+
+    const KineFrame frame = ToDegrees(Pose{other, other, other, other, other, other});
+    for (const double value : {frame.X, frame.Y, frame.Z, frame.A, frame.B, frame.C}) {
+        EXPECT_TRUE(SameBits(value, one));
+    }
+}

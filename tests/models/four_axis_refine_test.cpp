@@ -166,6 +166,22 @@ TEST(WriteFourAxes, writes_four_axes_and_four_zeros)
     EXPECT_EQ(axes, (std::array<double, 8>{1, 2, 3, 4, 0, 0, 0, 0}));
 }
 
+// The largest double is 1.7976931348623157e308; divided by 180 / pi that is 3.13756...e306.
+TEST(WriteFourAxes, an_axis_that_overflows_in_degrees_is_0x6094_and_writes_nothing)
+{
+    std::array<double, 8> axes{};
+    axes.fill(7.0);
+    for (std::size_t i = 0; i < 4; ++i) {
+        FourAngles q{1.0, 2.0, 3.0, 4.0};
+        q[i] = 3.138e306;
+        EXPECT_EQ(WriteFourAxes(q, axes), KINE_ERR_IK_REACH) << i;
+        q[i] = -3.138e306;
+        EXPECT_EQ(WriteFourAxes(q, axes), KINE_ERR_IK_REACH) << i;
+        for (const double axis : axes) EXPECT_EQ(axis, 7.0) << i;
+    }
+    EXPECT_EQ(WriteFourAxes({1.0, 2.0, 3.137e306, 4.0}, axes), KINE_OK);
+}
+
 TEST(WriteFourAxes, an_axis_that_is_not_finite_is_0x6094_and_writes_nothing)
 {
     for (const double bad : {kInf, -kInf, kNan}) {
