@@ -5,10 +5,6 @@ namespace kine {
 
 namespace {
 
-constexpr std::int32_t kArmTypeFourAxis = 4;
-constexpr std::int32_t kArmTypeSixAxis = 6;
-constexpr std::int32_t kArmType4110 = 4110;
-
 // Jog and alignment treat both four-axis arms alike.
 constexpr std::int32_t kFamilyFourAxis = 4;
 constexpr std::int32_t kFamilySixAxis = 6;
@@ -28,7 +24,7 @@ Model* SelectModel(SomeStore& store)
     switch (store.arm.armType) {
         case kArmTypeFourAxis: return &store.fourAxis;
         case kArmTypeSixAxis: return &store.sixAxis;
-        case kArmType4110: return &store.fourAxis4110;
+        case kArmTypeFourAxis4110: return &store.fourAxis4110;
         default: return nullptr;
     }
 }
@@ -141,7 +137,7 @@ bool IsConfigWithin(std::int32_t armType, const KineArmConfig& config, const Kin
     switch (armType) {
         case kArmTypeFourAxis: return cfg4;
         case kArmTypeSixAxis: return cfg1 && cfg2 && cfg3;
-        case kArmType4110: return cfg2 && cfg3 && cfg4;
+        case kArmTypeFourAxis4110: return cfg2 && cfg3 && cfg4;
         default: return true;
     }
 }

@@ -10,6 +10,11 @@
 
 namespace kine {
 
+// KINE_ARM_... as the store keeps them.
+inline constexpr std::int32_t kArmTypeFourAxis = 4;
+inline constexpr std::int32_t kArmTypeSixAxis = 6;
+inline constexpr std::int32_t kArmTypeFourAxis4110 = 4110;
+
 // An axis position. Axes in radians; external axes stay in degrees (rotary) or millimetres (linear).
 struct Joints
 {
