@@ -254,6 +254,17 @@ typedef struct KineInchDir
 } KineInchDir;
 
 /**
+ * How well the poses of a calibration agree: distances in mm between the positions that one point should
+ * keep. With exact poses all three are 0 up to rounding. No calibration compares them with a limit.
+ */
+typedef struct KineCalibError
+{
+    double Largest;  /**< mm */
+    double Mean;     /**< mm, over all pairs of positions */
+    double Smallest; /**< mm, at most 10000 */
+} KineCalibError;
+
+/**
  * Parameters of arm type 6, a chain of standard Denavit-Hartenberg links
  * A(i) = Rz(theta) * Tz(d) * Tx(a) * Rx(alpha) with theta = q1, q2 + 90, q3, q4, q5, d = d1, 0, d3, d4, d5,
  * a = a1..a5, alpha = alpha1..alpha5, an extra Ry(beta2) after link 2, and the flange Rz(q6) * Tz(d6).
@@ -866,6 +877,11 @@ KINE_ASSERT_OFFSET(KineExtAxisParam, Reserved, 58);
 
 KINE_ASSERT_SIZE(KineInchDir, 56);
 KINE_ASSERT_OFFSET(KineInchDir, Slot, 0);
+
+KINE_ASSERT_SIZE(KineCalibError, 24);
+KINE_ASSERT_OFFSET(KineCalibError, Largest, 0);
+KINE_ASSERT_OFFSET(KineCalibError, Mean, 8);
+KINE_ASSERT_OFFSET(KineCalibError, Smallest, 16);
 
 KINE_ASSERT_SIZE(KineSixAxisParam, 272);
 KINE_ASSERT_OFFSET(KineSixAxisParam, a1, 0);

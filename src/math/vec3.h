@@ -19,6 +19,9 @@ inline Vec3 operator-(const Vec3& u, const Vec3& v) { return {u.x - v.x, u.y - v
 // s * v.
 inline Vec3 Scale(double s, const Vec3& v) { return {s * v.x, s * v.y, s * v.z}; }
 
+// Each component divided by s. Not the same bits as Scale(1 / s, v).
+inline Vec3 operator/(const Vec3& v, double s) { return {v.x / s, v.y / s, v.z / s}; }
+
 inline double Dot(const Vec3& u, const Vec3& v) { return u.x * v.x + u.y * v.y + u.z * v.z; }
 
 inline Vec3 CrossProduct(const Vec3& u, const Vec3& v)
