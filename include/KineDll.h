@@ -65,8 +65,8 @@ typedef uint32_t KineResult;
 #define KINE_ERR_MECH_UNIT 0x6002u       /**< mechanical-unit record or index refused */
 #define KINE_ERR_EXT_AXIS_PARAM 0x6003u  /**< external-axis record or index refused */
 #define KINE_ERR_MECH_UNIT_COUNT 0x6004u /**< more than 3 mechanical units or 6 external-axis items */
-#define KINE_ERR_POSE 0x6010u            /**< pose refused: null, or an angle beyond +-180 degrees */
-#define KINE_ERR_TOOL 0x6011u            /**< tool refused */
+#define KINE_ERR_POSE 0x6010u            /**< pose refused; calibration: not the kind of axis it needs */
+#define KINE_ERR_TOOL 0x6011u            /**< tool refused; calibration: axis of a unit not known */
 #define KINE_ERR_WOBJ 0x6012u            /**< work object refused */
 #define KINE_ERR_LOAD 0x6013u            /**< load refused */
 #define KINE_ERR_JOINT 0x6014u           /**< joints refused: null */
@@ -83,13 +83,13 @@ typedef uint32_t KineResult;
 #define KINE_ERR_CHAIN_2 0x6052u         /**< frame descriptor: nothing off the flange */
 #define KINE_ERR_CHAIN_3 0x6053u         /**< relative pose: hold flags contradict */
 #define KINE_ERR_CHAIN_4 0x6054u         /**< inverse chain: hold flags contradict */
-#define KINE_ERR_CALIB_SINGULAR 0x6060u  /**< calibration: singular system */
-#define KINE_ERR_CALIB_INPUT 0x6061u     /**< calibration: too few points or degenerate input */
-#define KINE_ERR_CALIB_3 0x6063u         /**< calibration: degenerate geometry */
-#define KINE_ERR_CALIB_4 0x6064u         /**< calibration: degenerate geometry */
+#define KINE_ERR_CALIB_SINGULAR 0x6060u  /**< calibration: orientations too much alike */
+#define KINE_ERR_CALIB_INPUT 0x6061u     /**< calibration: no such axis, or too little travel */
+#define KINE_ERR_CALIB_3 0x6063u         /**< calibration: circle too small */
+#define KINE_ERR_CALIB_4 0x6064u         /**< calibration: orientations too much alike, arm type 6 */
 #define KINE_ERR_CALIB_POINTS_CLOSE 0x6065u /**< calibration: points too close together */
 #define KINE_ERR_CALIB_COLLINEAR 0x6066u    /**< calibration: directions parallel */
-#define KINE_ERR_ZERO_VECTOR 0x6070u        /**< direction vector too short */
+#define KINE_ERR_ZERO_VECTOR 0x6070u        /**< calibration: direction too short */
 #define KINE_ERR_CRD_WOBJ 0x6071u           /**< position to work object: work object does not fit */
 #define KINE_ERR_ALIGN_NO_SOLUTION 0x6080u  /**< alignment: aligned pose has no solution */
 #define KINE_ERR_ALIGN_TURN 0x6081u         /**< alignment: turn of axis 4 differs */
@@ -651,6 +651,373 @@ KINE_API KineResult KINE_CALL Kine_ToolCoordOffset(const KinePose* pose, const K
  */
 KINE_API KineResult KINE_CALL Kine_WobjCoordOffset(const KinePose* pose, const KineFrame* offset,
                                                    KinePose* out);
+
+/* ---------------------------------------------------------------------------------------------- */
+/* Calibration: frames from taught poses                                                          */
+/* ---------------------------------------------------------------------------------------------- */
+
+/*
+ * Rules that hold for all eighteen calibrations:
+ *
+ *  - The angles of every taught pose are checked first, also of a pose that is not used further. They and
+ *    null poses give KINE_ERR_POSE, so does a null given frame (its angles are not checked) and, after
+ *    these, a null result frame. Then come the codes listed at the call.
+ *  - The result frame is six doubles in mm and degrees, written on success only. The error report and the
+ *    tilt may be null and are then left out.
+ *  - The library need not be initialised; the tool calibrations ask for the configured arm type. Nothing
+ *    is printed.
+ *  - Comparisons with a limit are false for NaN: a pose with NaN, infinite or huge values may give
+ *    KINE_OK with a result that is not finite. In an error report a NaN distance enters the mean only.
+ *  - Configuration integers are not read. External axes are read where the call says so.
+ *
+ * Which pose to teach. Every call finds a frame in the frame in which its poses are given:
+ *
+ * | calibration                     | teach                                                            |
+ * |---------------------------------|------------------------------------------------------------------|
+ * | CalcGripToolPrm, ExtToolPrm_3P  | the flange in the base: Kine_JointToBasePos with a tool of zeros |
+ * |                                 | but HeldByRobot 1 (Kine_JointToFlangePos would give the tool     |
+ * |                                 | frame itself)                                                    |
+ * | CalcExtToolPrm_1P, ExtWobj,     | the tip of a calibrated tool in the world: Kine_JointToWorldPos  |
+ * | UnFixWobj, Positioner           |                                                                  |
+ * | CalcGripWobj                    | the tip of the stationary tool in the flange:                    |
+ * |                                 | Kine_JointToFlangePos with that tool and a held work object      |
+ * | CalcRobotBasePrm                | the tip of a calibrated tool in the base: Kine_JointToBasePos    |
+ *
+ * A stationary tool and a fixed work object are described in the world: where the base does not stand at
+ * its origin, take the flange in the world for Kine_CalcExtToolPrm_3P and _3PZX (Kine_JointToWorldPos
+ * with the same tool of zeros).
+ */
+
+/**
+ * Tool centre point of a stationary tool that the tip of a calibrated tool touches: the taught position
+ * with angles 0.
+ *
+ * @param p0    touching pose
+ * @param frame result: (X, Y, Z of p0, 0, 0, 0)
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_1P(const KinePose* p0, KineFrame* frame);
+
+/**
+ * Frame of a stationary tool from three touched points.
+ *
+ * @param origin touches the tool centre point, the origin of the frame
+ * @param zPoint touches a point on the positive Z axis. Arm types 4 and 4110 cannot tilt: whatever it
+ *               holds, the origin raised by 10 mm takes its place
+ * @param xPoint touches a point towards the positive X axis
+ * @param frame  result
+ *
+ * Codes in this order: KINE_ERR_ZERO_VECTOR: zPoint or xPoint less than 0.01 mm from the origin;
+ * KINE_ERR_CALIB_COLLINEAR: sine of the angle between the two directions below 0.01.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_1PZX(const KinePose* origin, const KinePose* zPoint,
+                                                       const KinePose* xPoint, KineFrame* frame);
+
+/**
+ * Tool centre point of a stationary tool, touched in three orientations by a point fixed on the flange
+ * that need not be known.
+ *
+ * @param p0    touching pose of the flange
+ * @param p1    touching pose of the flange
+ * @param p2    touching pose of the flange
+ * @param frame result: the touched point with angles 0
+ * @param error report, see KineCalibError
+ *
+ * The four calls with three touching poses share this solution: the point t fixed on the flange for which
+ * the three touched positions agree best (least squares of those of p1 and p2 against that of p0). Arm
+ * type 6 finds all of t. Arm types 4 and 4110 find its X and Y; its Z is 0.
+ *
+ * Codes in this order:
+ *  - KINE_ERR_NOT_INITIALISED: the configured arm type is none of KINE_ARM_...
+ *  - KINE_ERR_CALIB_POINTS_CLOSE: two of the three positions less than 1e-5 mm apart (arm types 4 and
+ *    4110: in X and Y)
+ *  - KINE_ERR_CALIB_COLLINEAR: the positions lie on one line (cosine beyond 0.99999, seen from p0)
+ *  - arm type 6: KINE_ERR_CALIB_4: the orientations differ too little, or about one axis only
+ *    (determinant of the normal equations at most 0.01)
+ *  - arm types 4 and 4110: KINE_ERR_CALIB_SINGULAR: the same (determinant at most 1e-10)
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_3P(const KinePose* p0, const KinePose* p1,
+                                                     const KinePose* p2, KineFrame* frame,
+                                                     KineCalibError* error);
+
+/**
+ * Frame of a stationary tool: the point on the flange from three touching poses as in
+ * Kine_CalcExtToolPrm_3P, then with this point the three of Kine_CalcExtToolPrm_1PZX.
+ *
+ * @param p0     touching pose of the flange
+ * @param p1     touching pose of the flange
+ * @param p2     touching pose of the flange
+ * @param origin flange pose with the point at the origin of the frame
+ * @param zPoint flange pose with the point on the positive Z axis; not used by arm types 4 and 4110, as
+ *               above
+ * @param xPoint flange pose with the point towards the positive X axis
+ * @param frame  result
+ * @param error  report of p0, p1, p2; written as soon as these are solved, also when a later code is
+ *               returned
+ *
+ * Codes in this order: those of Kine_CalcExtToolPrm_3P, then those of Kine_CalcExtToolPrm_1PZX.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_3PZX(const KinePose* p0, const KinePose* p1,
+                                                       const KinePose* p2, const KinePose* origin,
+                                                       const KinePose* zPoint, const KinePose* xPoint,
+                                                       KineFrame* frame, KineCalibError* error);
+
+/**
+ * Tool centre point of a tool on the flange that touches one fixed point in three orientations.
+ *
+ * @param p0    touching pose of the flange
+ * @param p1    touching pose of the flange
+ * @param p2    touching pose of the flange
+ * @param frame result: the point in the flange with angles 0; arm types 4 and 4110: Z is 0
+ * @param error report, see KineCalibError
+ *
+ * Solution and codes as in Kine_CalcExtToolPrm_3P.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_3P(const KinePose* p0, const KinePose* p1,
+                                                      const KinePose* p2, KineFrame* frame,
+                                                      KineCalibError* error);
+
+/**
+ * Tool frame of a tool on the flange: its point from three touching poses as in Kine_CalcGripToolPrm_3P,
+ * its orientation from three more.
+ *
+ * @param p0     touching pose of the flange
+ * @param p1     touching pose of the flange
+ * @param p2     touching pose of the flange
+ * @param origin flange pose with the tool in the orientation that counts
+ * @param zPoint flange pose with the tool moved along its positive Z axis. Arm types 4 and 4110: whatever
+ *               it holds, the origin raised by 10 mm takes its place
+ * @param xPoint flange pose with the tool moved towards its positive X axis
+ * @param frame  result: the tool frame in the flange
+ * @param error  report of p0, p1, p2; written as soon as these are solved, also when a later code is
+ *               returned
+ *
+ * Codes in this order:
+ *  - those of Kine_CalcExtToolPrm_3P
+ *  - KINE_ERR_CALIB_POINTS_CLOSE: the tool point travels less than 1e-5 mm from origin to zPoint, or from
+ *    zPoint to xPoint
+ *  - KINE_ERR_CALIB_COLLINEAR: the sine of the angle between these two travels is below 1e-5
+ */
+KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_3PZX(const KinePose* p0, const KinePose* p1,
+                                                        const KinePose* p2, const KinePose* origin,
+                                                        const KinePose* zPoint, const KinePose* xPoint,
+                                                        KineFrame* frame, KineCalibError* error);
+
+/**
+ * Tool centre point of a tool on the flange of arm type 6 that touches one fixed point in five
+ * orientations. The positions are not tested: equal ones are welcome as long as the orientations differ.
+ *
+ * @param p0    touching pose of the flange; the touched positions of the others are compared with its own
+ * @param p1    touching pose of the flange
+ * @param p2    touching pose of the flange
+ * @param p3    touching pose of the flange
+ * @param p4    touching pose of the flange
+ * @param frame result: the point in the flange with angles 0
+ * @param error report, see KineCalibError
+ *
+ * Codes in this order: KINE_ERR_NOT_INITIALISED: the configured arm type is not 6;
+ * KINE_ERR_CALIB_SINGULAR: the orientations differ too little, or about one axis only (determinant at
+ * most 1e-10).
+ */
+KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_5P(const KinePose* p0, const KinePose* p1,
+                                                      const KinePose* p2, const KinePose* p3,
+                                                      const KinePose* p4, KineFrame* frame,
+                                                      KineCalibError* error);
+
+/**
+ * Tool centre point of a tool on the flange of arm type 4 or 4110 that touches one fixed point in two
+ * headings.
+ *
+ * @param p0    touching pose of the flange
+ * @param p1    touching pose of the flange
+ * @param frame result: X and Y of the point in the flange; the others 0
+ *
+ * Codes in this order: KINE_ERR_NOT_INITIALISED: the configured arm type is neither;
+ * KINE_ERR_CALIB_POINTS_CLOSE: positions less than 1e-5 mm apart in X and Y; KINE_ERR_CALIB_SINGULAR: the
+ * headings differ too little (determinant at most 1e-10).
+ */
+KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_Scara2P(const KinePose* p0, const KinePose* p1,
+                                                           KineFrame* frame);
+
+/**
+ * User frame of a fixed work object from two points, with a horizontal Y axis.
+ *
+ * @param origin position of the origin
+ * @param xPoint position on the positive X axis
+ * @param frame  result
+ * @param tilt   result: angle between the Z axis of the frame and that of the frame of the poses, IN
+ *               RADIANS
+ *
+ * KINE_ERR_CALIB_POINTS_CLOSE: the points are less than 0.001 mm apart, or the direction between them is
+ * vertical (horizontal part of the unit vector below 1e-5).
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtWobj_UserPrm_2P(const KinePose* origin, const KinePose* xPoint,
+                                                          KineFrame* frame, double* tilt);
+
+/**
+ * User frame of a fixed work object from three points.
+ *
+ * @param origin  position of the origin
+ * @param xPoint  position on the positive X axis
+ * @param xyPoint position in the XY plane on the side of positive Y
+ * @param frame   result
+ * @param tilt    result: angle between the Z axis of the frame and that of the frame of the poses, IN
+ *                RADIANS
+ *
+ * Codes in this order: KINE_ERR_CALIB_POINTS_CLOSE: two points less than 0.01 mm apart;
+ * KINE_ERR_CALIB_COLLINEAR: the sine of the angle between the two directions from the origin is below
+ * 1e-5.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtWobj_UserPrm_3P(const KinePose* origin, const KinePose* xPoint,
+                                                          const KinePose* xyPoint, KineFrame* frame,
+                                                          double* tilt);
+
+/**
+ * User frame of a fixed work object from three points of a circle: the origin in its centre, X towards
+ * the first point, Z normal to its plane so that the points turn about it anticlockwise. (The name is
+ * spelled so.)
+ *
+ * @param p1    position on the circle
+ * @param p2    position on the circle
+ * @param p3    position on the circle
+ * @param frame result
+ * @param tilt  result: angle between the Z axis of the frame and that of the frame of the poses, IN
+ *              RADIANS
+ *
+ * Codes in this order: KINE_ERR_CALIB_POINTS_CLOSE: two points less than 1e-5 mm apart;
+ * KINE_ERR_CALIB_COLLINEAR: the points lie on one line (cosine beyond 0.99999, seen from p1);
+ * KINE_ERR_CALIB_3: four times the squared area of their triangle is below 1e-5 mm^4.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtWobj_UserPrm_Cirle3P(const KinePose* p1, const KinePose* p2,
+                                                               const KinePose* p3, KineFrame* frame,
+                                                               double* tilt);
+
+/**
+ * Object frame of a fixed work object from three points: the frame of Kine_CalcExtWobj_UserPrm_3P seen
+ * from the user frame.
+ *
+ * @param origin  position of the origin
+ * @param xPoint  position on the positive X axis
+ * @param xyPoint position in the XY plane on the side of positive Y
+ * @param user    user frame in the frame of the poses; its angles are not checked
+ * @param frame   result: in the user frame
+ * @param tilt    result: as in Kine_CalcExtWobj_UserPrm_3P, against the frame of the poses, IN RADIANS
+ *
+ * Codes as in Kine_CalcExtWobj_UserPrm_3P.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcExtWobj_ObjPrm_3P(const KinePose* origin, const KinePose* xPoint,
+                                                         const KinePose* xyPoint, const KineFrame* user,
+                                                         KineFrame* frame, double* tilt);
+
+/**
+ * User frame of a work object held by the robot; the same computation as Kine_CalcExtWobj_UserPrm_3P.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcGripWobj_UserPrm_3P(const KinePose* origin, const KinePose* xPoint,
+                                                           const KinePose* xyPoint, KineFrame* frame,
+                                                           double* tilt);
+
+/**
+ * Object frame of a work object held by the robot. The same result as Kine_CalcExtWobj_ObjPrm_3P up to
+ * rounding, but the tilt: it is measured against the Z axis of the user frame, IN RADIANS.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcGripWobj_ObjPrm_3P(const KinePose* origin, const KinePose* xPoint,
+                                                          const KinePose* xyPoint, const KineFrame* user,
+                                                          KineFrame* frame, double* tilt);
+
+/**
+ * Object frame of a work object on a mechanical unit from three points, in the last axis of the unit.
+ *
+ * @param unit    index of the mechanical unit
+ * @param origin  world position of the origin, with the external axes at which it was taught
+ * @param xPoint  world position on the positive X axis, likewise
+ * @param xyPoint world position in the XY plane on the side of positive Y, likewise
+ * @param frame   result
+ * @param tilt    result: angle between the Z axis of the frame and that of the last axis, IN RADIANS
+ *
+ * Codes as in Kine_CalcExtWobj_UserPrm_3P. A unit that is not usable (see Kine_JointToBasePos), or has a
+ * rotary axis whose frame lies at the origin, leaves all points at zero: KINE_ERR_CALIB_POINTS_CLOSE.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcUnFixWobj_ObjPrm_3P(int32_t unit, const KinePose* origin,
+                                                           const KinePose* xPoint, const KinePose* xyPoint,
+                                                           KineFrame* frame, double* tilt);
+
+/**
+ * Frame of the first rotary axis of a mechanical unit from three positions of a mark that it turns: the
+ * origin in the centre of the mark's circle, Z along the axis so that the positions turn about it
+ * anticlockwise, X where the mark is when the axis reads 0.
+ *
+ * @param unit  index of the mechanical unit
+ * @param p0    position of the mark; ExtAxis holds the value of the axis (deg)
+ * @param p1    position of the mark
+ * @param p2    position of the mark
+ * @param frame result: in the frame of the poses
+ *
+ * Codes in this order:
+ *  - KINE_ERR_CALIB_POINTS_CLOSE: two positions less than 1e-5 mm apart
+ *  - KINE_ERR_CALIB_COLLINEAR: the positions lie on one line (cosine beyond 0.99999, seen from p0)
+ *  - KINE_ERR_TOOL: the unit or its axis is not known, or no external axis 0..5 drives it
+ *
+ * The centre is computed in the XY plane of the poses. Where the axis lies in that plane, or the
+ * perpendicular bisector of p0 and p1 runs along X, the result is not finite, with KINE_OK. Look at it
+ * before using it; turning the mark to other positions helps in the second case.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcPositionerJ1Prm_3P(int32_t unit, const KinePose* p0,
+                                                          const KinePose* p1, const KinePose* p2,
+                                                          KineFrame* frame);
+
+/**
+ * Frame of a further rotary axis of a mechanical unit, relative to a reference frame, from three
+ * positions of a mark as in Kine_CalcPositionerJ1Prm_3P.
+ *
+ * @param unit      index of the mechanical unit
+ * @param axis      number n of the axis, counted from 1
+ * @param p0        position of the mark, with the external axes
+ * @param p1        position of the mark
+ * @param p2        position of the mark
+ * @param reference frame F in the frame of the poses; its angles are not checked
+ * @param frame     result: (Rz(v) * F)^-1 * T * Rz(-w), T the axis frame with X towards p0, v the
+ *                  external axis of axis n, w (deg) that of the unit's second axis, whatever n is, both
+ *                  taken from p0
+ *
+ * THE NUMBER v IS TAKEN AS RADIANS, though it is in degrees: teach p0 with the axis at 0, or turn F
+ * beforehand.
+ *
+ * Codes in this order:
+ *  - KINE_ERR_POSE: Word[3] of the external axis of axis n is 1, a linear axis
+ *  - KINE_ERR_CALIB_INPUT: axis below 1
+ *  - KINE_ERR_CALIB_POINTS_CLOSE, KINE_ERR_CALIB_COLLINEAR as in Kine_CalcPositionerJ1Prm_3P
+ *  - KINE_ERR_TOOL: the unit, its axis n or its second axis is not known, or no external axis 0..5 drives
+ *    it
+ *
+ * Results that are not finite: see Kine_CalcPositionerJ1Prm_3P.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcPositionerJnPrm_3P(int32_t unit, int32_t axis, const KinePose* p0,
+                                                          const KinePose* p1, const KinePose* p2,
+                                                          const KineFrame* reference, KineFrame* frame);
+
+/**
+ * Orientation of the robot base on a linear track: the rotation about Z that carries positions in the
+ * base into a frame whose X axis is the track, from one fixed mark touched at three track positions.
+ *
+ * @param unit  index of the mechanical unit; its first axis is the track
+ * @param p0    position of the mark in the base; ExtAxis holds the track position (mm)
+ * @param p1    position of the mark in the base, likewise
+ * @param p2    position of the mark in the base, likewise
+ * @param frame result: only A is found, the others are 0
+ * @param error report: distances of the mark's three positions in the frame of the track, mm
+ *
+ * Codes in this order:
+ *  - KINE_ERR_POSE: Word[3] of the track's external axis is not 1, no linear axis
+ *  - KINE_ERR_TOOL: the unit or its first axis is not known, or no external axis 0..5 drives it
+ *  - KINE_ERR_CALIB_POINTS_CLOSE: two positions less than 1e-5 mm apart
+ *  - KINE_ERR_CALIB_INPUT: the track moved less than 0.1 mm from p0 both times; or the positions differ
+ *    in height only (sum of the squared horizontal distances from p0 at most 1e-5 mm^2)
+ *
+ * Rotation and scale are fitted together and the scale is dropped. Where the robot position changed more
+ * than 100,000 times as much as the track, the fit counts as looking along Z: A is 0 and B 90.
+ */
+KINE_API KineResult KINE_CALL Kine_CalcRobotBasePrm_3P(int32_t unit, const KinePose* p0, const KinePose* p1,
+                                                       const KinePose* p2, KineFrame* frame,
+                                                       KineCalibError* error);
 
 /* ---------------------------------------------------------------------------------------------- */
 /* Motion utilities                                                                               */
