@@ -59,6 +59,40 @@ static int32_t(KINE_CALL* const safeArea)(const KineJoint*, const double*, doubl
 static KineResult(KINE_CALL* const difference)(const KinePose*, const KinePose*, int32_t,
                                                KineFrame*) = Kine_CalcPosDif;
 
+/* n taught poses, then the results. */
+#define POSES_1 const KinePose*
+#define POSES_2 POSES_1, const KinePose*
+#define POSES_3 POSES_2, const KinePose*
+#define POSES_5 POSES_3, POSES_2
+#define POSES_6 POSES_5, const KinePose*
+typedef KineResult(KINE_CALL* Tool3PCall)(POSES_3, KineFrame*, KineCalibError*);
+typedef KineResult(KINE_CALL* Tool3PZXCall)(POSES_6, KineFrame*, KineCalibError*);
+typedef KineResult(KINE_CALL* User3PCall)(POSES_3, KineFrame*, double*);
+typedef KineResult(KINE_CALL* Object3PCall)(POSES_3, const KineFrame*, KineFrame*, double*);
+
+static KineResult(KINE_CALL* const extTool1P)(POSES_1, KineFrame*) = Kine_CalcExtToolPrm_1P;
+static KineResult(KINE_CALL* const extTool1PZX)(POSES_3, KineFrame*) = Kine_CalcExtToolPrm_1PZX;
+static const Tool3PCall extTool3P = Kine_CalcExtToolPrm_3P;
+static const Tool3PZXCall extTool3PZX = Kine_CalcExtToolPrm_3PZX;
+static const Tool3PCall gripTool3P = Kine_CalcGripToolPrm_3P;
+static const Tool3PZXCall gripTool3PZX = Kine_CalcGripToolPrm_3PZX;
+static KineResult(KINE_CALL* const gripTool5P)(POSES_5, KineFrame*,
+                                               KineCalibError*) = Kine_CalcGripToolPrm_5P;
+static KineResult(KINE_CALL* const scara2P)(POSES_2, KineFrame*) = Kine_CalcGripToolPrm_Scara2P;
+static KineResult(KINE_CALL* const user2P)(POSES_2, KineFrame*, double*) = Kine_CalcExtWobj_UserPrm_2P;
+static const User3PCall extUser3P = Kine_CalcExtWobj_UserPrm_3P;
+static const User3PCall gripUser3P = Kine_CalcGripWobj_UserPrm_3P;
+static const User3PCall circle3P = Kine_CalcExtWobj_UserPrm_Cirle3P;
+static const Object3PCall extObject3P = Kine_CalcExtWobj_ObjPrm_3P;
+static const Object3PCall gripObject3P = Kine_CalcGripWobj_ObjPrm_3P;
+static KineResult(KINE_CALL* const unFixObject3P)(int32_t, POSES_3, KineFrame*,
+                                                  double*) = Kine_CalcUnFixWobj_ObjPrm_3P;
+static KineResult(KINE_CALL* const firstAxis)(int32_t, POSES_3, KineFrame*) = Kine_CalcPositionerJ1Prm_3P;
+static KineResult(KINE_CALL* const furtherAxis)(int32_t, int32_t, POSES_3, const KineFrame*,
+                                                KineFrame*) = Kine_CalcPositionerJnPrm_3P;
+static KineResult(KINE_CALL* const robotBase)(int32_t, POSES_3, KineFrame*,
+                                              KineCalibError*) = Kine_CalcRobotBasePrm_3P;
+
 /* An arm of 500 and 400 mm on a column of 300 mm: stretched up and forward at joints 0. */
 static KineKinematicParam PlainArm(void)
 {
@@ -221,11 +255,119 @@ static void CheckMotion(void)
     for (i = 0; i < 6; ++i) EXPECT(fabs(target.Axis[i] - (i == 4 ? 90.0 : 0.0)) < 1e-9);
 }
 
+static KinePose PoseAt(double x, double y, double z, double a, double b, double c)
+{
+    const KineFrame frame = {x, y, z, a, b, c};
+    KinePose pose;
+    memset(&pose, 0, sizeof pose);
+    pose.Frame = frame;
+    return pose;
+}
+
+static int IsFrame(const KineFrame* frame, double x, double y, double z, double a, double b, double c)
+{
+    return fabs(frame->X - x) < 1e-9 && fabs(frame->Y - y) < 1e-9 && fabs(frame->Z - z) < 1e-9 &&
+           fabs(frame->A - a) < 1e-9 && fabs(frame->B - b) < 1e-9 && fabs(frame->C - c) < 1e-9;
+}
+
+/* A tip at (10, 20, 30) in the flange touches the origin, upright and turned by 90 degrees about each axis. */
+static void CheckToolCalibrations(void)
+{
+    const KinePose upright = PoseAt(-10.0, -20.0, -30.0, 0.0, 0.0, 0.0);
+    const KinePose aboutZ = PoseAt(20.0, -10.0, -30.0, 90.0, 0.0, 0.0);
+    const KinePose aboutY = PoseAt(-30.0, -20.0, 10.0, 0.0, 90.0, 0.0);
+    const KinePose aboutX = PoseAt(-10.0, 30.0, -20.0, 0.0, 0.0, 90.0);
+    const KinePose turned = PoseAt(10.0, 20.0, -30.0, 180.0, 0.0, 0.0);
+    const KinePose zPose = PoseAt(-10.0, -20.0, -20.0, 0.0, 0.0, 0.0);
+    const KinePose xPose = PoseAt(-10.0, -10.0, -30.0, 0.0, 0.0, 0.0);
+    KineFrame frame;
+    KineCalibError error;
+    EXPECT(extTool1P(&upright, &frame) == KINE_OK);
+    EXPECT(IsFrame(&frame, -10.0, -20.0, -30.0, 0.0, 0.0, 0.0));
+    EXPECT(extTool1PZX(&upright, &zPose, &xPose, &frame) == KINE_OK);
+    EXPECT(IsFrame(&frame, -10.0, -20.0, -30.0, 90.0, 0.0, 0.0));
+    EXPECT(extTool3P(&upright, &aboutZ, &aboutY, &frame, &error) == KINE_OK);
+    EXPECT(IsFrame(&frame, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0));
+    EXPECT(extTool3PZX(&upright, &aboutZ, &aboutY, &upright, &zPose, &xPose, &frame, &error) == KINE_OK);
+    EXPECT(IsFrame(&frame, 0.0, 0.0, 0.0, 90.0, 0.0, 0.0));
+    EXPECT(gripTool3P(&upright, &aboutZ, &aboutY, &frame, &error) == KINE_OK);
+    EXPECT(IsFrame(&frame, 10.0, 20.0, 30.0, 0.0, 0.0, 0.0));
+    EXPECT(error.Largest < 1e-9 && error.Mean < 1e-9 && error.Smallest < 1e-9);
+    EXPECT(gripTool3PZX(&upright, &aboutZ, &aboutY, &upright, &zPose, &xPose, &frame, &error) == KINE_OK);
+    EXPECT(IsFrame(&frame, 10.0, 20.0, 30.0, 90.0, 0.0, 0.0));
+    EXPECT(gripTool5P(&upright, &aboutZ, &aboutY, &aboutX, &turned, &frame, &error) == KINE_OK);
+    EXPECT(IsFrame(&frame, 10.0, 20.0, 30.0, 0.0, 0.0, 0.0));
+    EXPECT(scara2P(&upright, &aboutZ, &frame) == KINE_ERR_NOT_INITIALISED);
+}
+
+/* A frame at (1, 2, 3), turned by 90 degrees about Z. */
+static void CheckWobjCalibrations(void)
+{
+    const KinePose origin = PoseAt(1.0, 2.0, 3.0, 0.0, 0.0, 0.0);
+    const KinePose x = PoseAt(1.0, 7.0, 3.0, 0.0, 0.0, 0.0);
+    const KinePose xy = PoseAt(-4.0, 2.0, 3.0, 0.0, 0.0, 0.0);
+    const KinePose opposite = PoseAt(1.0, -3.0, 3.0, 0.0, 0.0, 0.0);
+    const KineFrame user = {1.0, 0.0, 0.0, 90.0, 0.0, 0.0};
+    KineFrame frame;
+    double tilt;
+    EXPECT(user2P(&origin, &x, &frame, &tilt) == KINE_OK);
+    EXPECT(IsFrame(&frame, 1.0, 2.0, 3.0, 90.0, 0.0, 0.0) && tilt == 0.0);
+    EXPECT(extUser3P(&origin, &x, &xy, &frame, &tilt) == KINE_OK);
+    EXPECT(IsFrame(&frame, 1.0, 2.0, 3.0, 90.0, 0.0, 0.0) && tilt == 0.0);
+    EXPECT(gripUser3P(&origin, &x, &xy, &frame, &tilt) == KINE_OK);
+    EXPECT(IsFrame(&frame, 1.0, 2.0, 3.0, 90.0, 0.0, 0.0) && tilt == 0.0);
+    EXPECT(circle3P(&x, &xy, &opposite, &frame, &tilt) == KINE_OK);
+    EXPECT(IsFrame(&frame, 1.0, 2.0, 3.0, 90.0, 0.0, 0.0) && tilt == 0.0);
+    EXPECT(extObject3P(&origin, &x, &xy, &user, &frame, &tilt) == KINE_OK);
+    EXPECT(IsFrame(&frame, 2.0, 0.0, 3.0, 0.0, 0.0, 0.0) && tilt == 0.0);
+    EXPECT(gripObject3P(&origin, &x, &xy, &user, &frame, &tilt) == KINE_OK);
+    EXPECT(IsFrame(&frame, 2.0, 0.0, 3.0, 0.0, 0.0, 0.0) && tilt < 1e-9);
+    /* The unit is none: it leaves all points at zero. */
+    EXPECT(unFixObject3P(0, &origin, &x, &xy, &frame, &tilt) == KINE_ERR_CALIB_POINTS_CLOSE);
+}
+
+/* A mark that turns about the vertical through (1, 2), and a track along the base X axis. */
+static void CheckPositionerCalibrations(void)
+{
+    const KinePose q1 = PoseAt(6.0, 2.0, 3.0, 0.0, 0.0, 0.0);
+    const KinePose q2 = PoseAt(1.0, 7.0, 3.0, 0.0, 0.0, 0.0);
+    const KinePose q3 = PoseAt(-4.0, 2.0, 3.0, 0.0, 0.0, 0.0);
+    KinePose onTrack[3];
+    KineMechUnit unit;
+    KineExtAxisParam axis;
+    KineFrame frame;
+    KineCalibError error;
+    int i;
+    memset(&unit, 0, sizeof unit);
+    memset(&axis, 0, sizeof axis);
+    memset(&frame, 0, sizeof frame);
+    unit.AxisCount = 2;
+    unit.AxisParamIndex[1] = 1;
+    EXPECT(setUnit(0, &unit) == KINE_OK);
+    EXPECT(firstAxis(0, &q1, &q2, &q3, &frame) == KINE_OK);
+    EXPECT(IsFrame(&frame, 1.0, 2.0, 3.0, 0.0, 0.0, 0.0));
+    EXPECT(furtherAxis(0, 2, &q1, &q2, &q3, &frame, &frame) == KINE_OK);
+    EXPECT(IsFrame(&frame, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0));
+
+    for (i = 0; i < 3; ++i) {
+        onTrack[i] = PoseAt(500.0 - 100.0 * i, 0.0, 0.0, 0.0, 0.0, 0.0);
+        onTrack[i].ExtAxis[0] = 100.0 * i;
+    }
+    axis.Word[3] = 1;
+    EXPECT(setExtAxis(0, &axis) == KINE_OK);
+    EXPECT(robotBase(0, &onTrack[0], &onTrack[1], &onTrack[2], &frame, &error) == KINE_OK);
+    EXPECT(IsFrame(&frame, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0));
+    EXPECT(error.Largest < 1e-9 && error.Mean < 1e-9 && error.Smallest < 1e-9);
+}
+
 int main(void)
 {
     CheckSetup();
     CheckChains();
     CheckConversions();
     CheckMotion();
+    CheckToolCalibrations();
+    CheckWobjCalibrations();
+    CheckPositionerCalibrations();
     return failures == 0 ? 0 : 1;
 }

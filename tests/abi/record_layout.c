@@ -151,6 +151,14 @@ static void CheckInchDir(void)
     EXPECT_VALUE(KineInchDir, Slot[13], 52, int32_t, -2147483647);
 }
 
+static void CheckCalibError(void)
+{
+    EXPECT(sizeof(KineCalibError) == 24);
+    EXPECT_VALUE(KineCalibError, Largest, 0, double, 2.5);
+    EXPECT_VALUE(KineCalibError, Mean, 8, double, 2.5);
+    EXPECT_VALUE(KineCalibError, Smallest, 16, double, 2.5);
+}
+
 static void CheckKinematicParam(void)
 {
     EXPECT(sizeof(KineKinematicParam) >= 272);
@@ -254,6 +262,7 @@ int main(void)
     CheckMechUnit();
     CheckExtAxisParam();
     CheckInchDir();
+    CheckCalibError();
     CheckKinematicParam();
     CheckCodes();
     return failures == 0 ? 0 : 1;
