@@ -96,3 +96,37 @@ TEST(silence, of_an_arm_too_soft_for_its_load)
         EXPECT_EQ(outcome.printed, "");
     }
 }
+
+// Seventeen of the eighteen calibrations refuse three equal points, each with the first code of its own.
+TEST(silence, of_calibrations)
+{
+    SetUpArm(WristArm());
+    const KinePose p{};
+    const KineFrame given{};
+    KineFrame frame{};
+    KineCalibError error{};
+    double tilt = 0.0;
+    const KineResult close = KINE_ERR_CALIB_POINTS_CLOSE;
+    EXPECT_EQ(PrintedBy([&] {
+                  EXPECT_EQ(Kine_CalcExtToolPrm_1P(&p, &frame), KINE_OK);
+                  EXPECT_EQ(Kine_CalcExtToolPrm_1PZX(&p, &p, &p, &frame), KINE_ERR_ZERO_VECTOR);
+                  EXPECT_EQ(Kine_CalcExtToolPrm_3P(&p, &p, &p, &frame, &error), close);
+                  EXPECT_EQ(Kine_CalcExtToolPrm_3PZX(&p, &p, &p, &p, &p, &p, &frame, &error), close);
+                  EXPECT_EQ(Kine_CalcGripToolPrm_3P(&p, &p, &p, &frame, &error), close);
+                  EXPECT_EQ(Kine_CalcGripToolPrm_3PZX(&p, &p, &p, &p, &p, &p, &frame, &error), close);
+                  EXPECT_EQ(Kine_CalcGripToolPrm_5P(&p, &p, &p, &p, &p, &frame, &error),
+                            KINE_ERR_CALIB_SINGULAR);
+                  EXPECT_EQ(Kine_CalcGripToolPrm_Scara2P(&p, &p, &frame), KINE_ERR_NOT_INITIALISED);
+                  EXPECT_EQ(Kine_CalcExtWobj_UserPrm_2P(&p, &p, &frame, &tilt), close);
+                  EXPECT_EQ(Kine_CalcExtWobj_UserPrm_3P(&p, &p, &p, &frame, &tilt), close);
+                  EXPECT_EQ(Kine_CalcExtWobj_UserPrm_Cirle3P(&p, &p, &p, &frame, &tilt), close);
+                  EXPECT_EQ(Kine_CalcExtWobj_ObjPrm_3P(&p, &p, &p, &given, &frame, &tilt), close);
+                  EXPECT_EQ(Kine_CalcGripWobj_UserPrm_3P(&p, &p, &p, &frame, &tilt), close);
+                  EXPECT_EQ(Kine_CalcGripWobj_ObjPrm_3P(&p, &p, &p, &given, &frame, &tilt), close);
+                  EXPECT_EQ(Kine_CalcUnFixWobj_ObjPrm_3P(9, &p, &p, &p, &frame, &tilt), close);
+                  EXPECT_EQ(Kine_CalcPositionerJ1Prm_3P(9, &p, &p, &p, &frame), close);
+                  EXPECT_EQ(Kine_CalcPositionerJnPrm_3P(9, 2, &p, &p, &p, &given, &frame), close);
+                  EXPECT_EQ(Kine_CalcRobotBasePrm_3P(9, &p, &p, &p, &frame, &error), KINE_ERR_TOOL);
+              }),
+              "");
+}
