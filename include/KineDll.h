@@ -956,9 +956,10 @@ KINE_API KineResult KINE_CALL Kine_CalcUnFixWobj_ObjPrm_3P(int32_t unit, const K
  *  - KINE_ERR_CALIB_COLLINEAR: the positions lie on one line (cosine beyond 0.99999, seen from p0)
  *  - KINE_ERR_TOOL: the unit or its axis is not known, or no external axis 0..5 drives it
  *
- * The centre is computed in the XY plane of the poses. Where the axis lies in that plane, or the
- * perpendicular bisector of p0 and p1 runs along X, the result is not finite, with KINE_OK. Look at it
- * before using it; turning the mark to other positions helps in the second case.
+ * The centre is computed from the X and Y of the poses, without a guard. Where the axis lies in their XY
+ * plane, or the perpendicular bisector of p0 and p1 in the plane of the circle has no Y component, the
+ * result is not finite, or by rounding not right, with KINE_OK. Other positions of the mark help in the
+ * second case, poses seen from a turned frame (Kine_WorldPosToFixWobjPos) in the first.
  */
 KINE_API KineResult KINE_CALL Kine_CalcPositionerJ1Prm_3P(int32_t unit, const KinePose* p0,
                                                           const KinePose* p1, const KinePose* p2,
