@@ -18,20 +18,16 @@ except ImportError:
     print("SKIPPED: python3-mpmath is missing, the golden tables were NOT recomputed")
     sys.exit(77)
 
+import calibration_tables
 import four_axis as four
 import six_axis as six
 from arms import ARMS, FOUR_ARM_TYPES
 from chain import Cell, forward_chain, solve_chain
 from frames import euler, from_pose, inverse, multiply, to_pose
-from numbers_out import Random, deg, doubles, rad, text
+from numbers_out import Random, deg, doubles, rad, table, text
 
 mp.dps = 50
 HERE = os.path.dirname(os.path.abspath(__file__))
-
-
-def table(title, columns, rows):
-    lines = ["# " + title, "# " + columns] + [" ".join(row) for row in rows]
-    return "\n".join(lines) + "\n"
 
 
 def arms_table():
@@ -364,6 +360,7 @@ def all_tables():
         "config.txt": config_table(Random(16)),
         "poses.txt": pose_table(Random(17)),
         "chains.txt": chains_table(Random(18)),
+        **calibration_tables.tables(),
     }
 
 

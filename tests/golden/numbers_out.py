@@ -19,6 +19,11 @@ def text(values):
     return ["%.17g" % (float(v) if abs(v) > 1e-40 else 0.0) for v in values]
 
 
+def table(title, columns, rows):
+    lines = ["# " + title, "# " + columns] + [" ".join(row) for row in rows]
+    return "\n".join(lines) + "\n"
+
+
 class Random:
     """A 64-bit linear congruential generator; values are rounded so that tables stay readable."""
 
