@@ -674,18 +674,22 @@ KINE_API KineResult KINE_CALL Kine_WobjCoordOffset(const KinePose* pose, const K
  *
  * | calibration                     | teach                                                            |
  * |---------------------------------|------------------------------------------------------------------|
- * | CalcGripToolPrm, ExtToolPrm_3P  | the flange in the base: Kine_JointToBasePos with a tool of zeros |
- * |                                 | but HeldByRobot 1 (Kine_JointToFlangePos would give the tool     |
- * |                                 | frame itself)                                                    |
+ * | CalcGripToolPrm, ExtToolPrm_3P  | the flange in the base: Kine_JointToBasePos with the tool on the |
+ * | and _3PZX                       | robot, but its TFrame zero                                       |
  * | CalcExtToolPrm_1P, ExtWobj,     | the tip of a calibrated tool in the world: Kine_JointToWorldPos  |
  * | UnFixWobj, Positioner           |                                                                  |
  * | CalcGripWobj                    | the tip of the stationary tool in the flange:                    |
- * |                                 | Kine_JointToFlangePos with that tool and a held work object      |
+ * |                                 | Kine_JointToFlangePos with that tool and a held work object with |
+ * |                                 | frames of zeros                                                  |
  * | CalcRobotBasePrm                | the tip of a calibrated tool in the base: Kine_JointToBasePos    |
  *
- * A stationary tool and a fixed work object are described in the world: where the base does not stand at
- * its origin, take the flange in the world for Kine_CalcExtToolPrm_3P and _3PZX (Kine_JointToWorldPos
- * with the same tool of zeros).
+ *  - The flange: only TFrame is zero. The load of the tool stays, for it bends the arm. With a tool on
+ *    the robot Kine_JointToFlangePos returns TFrame itself and is no flange pose.
+ *  - Where the robot is carried and moves between the touches, or its base does not stand at the world
+ *    origin and a stationary tool is wanted in the world, teach the flange in the world
+ *    (Kine_JointToWorldPos). A four-axis arm must stand upright there: its solution is planar.
+ *  - The poses of a four-axis arm with tilts carry a heading only, so that its tools are found as well as
+ *    the tilts are small.
  */
 
 /**
@@ -719,7 +723,8 @@ KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_1PZX(const KinePose* origin, c
  * @param p0    touching pose of the flange
  * @param p1    touching pose of the flange
  * @param p2    touching pose of the flange
- * @param frame result: the touched point with angles 0
+ * @param frame result: the touched point with angles 0; arm types 4 and 4110: Z is the height of the
+ *              flange in p0
  * @param error report, see KineCalibError
  *
  * The four calls with three touching poses share this solution: the point t fixed on the flange for which
@@ -1014,7 +1019,8 @@ KINE_API KineResult KINE_CALL Kine_CalcPositionerJnPrm_3P(int32_t unit, int32_t 
  *    in height only (sum of the squared horizontal distances from p0 at most 1e-5 mm^2)
  *
  * Rotation and scale are fitted together and the scale is dropped. Where the robot position changed more
- * than 100,000 times as much as the track, the fit counts as looking along Z: A is 0 and B 90.
+ * than 100,000 times as much as the track, the fit counts as having its X axis along -Z: A is 0, B 90,
+ * and C the rotation the other way round.
  */
 KINE_API KineResult KINE_CALL Kine_CalcRobotBasePrm_3P(int32_t unit, const KinePose* p0, const KinePose* p1,
                                                        const KinePose* p2, KineFrame* frame,
