@@ -8,9 +8,9 @@ import random
 import struct
 from collections import namedtuple
 
-from exports import OUTPUT_SIZES, SIGNATURES
-from records import (DIRECTIONS, EXT_AXIS_PARAM, FOUR_AXIS_PARAM, FRAME, JOINT, LOAD, MECH_UNIT, POSE,
-                     SIX_AXIS_PARAM, TOOL, VECTOR, WOBJ)
+from exports import OUTPUT_SIZES, RESULT_PLACES, SIGNATURES
+from records import (DIRECTIONS, EXT_AXIS_PARAM, FOUR_AXIS_PARAM, FRAME, JOINT, LOAD, MECH_UNIT, ONE_DOUBLE,
+                     POSE, SIX_AXIS_PARAM, TOOL, VECTOR, WOBJ)
 
 # shared: index of the input whose memory also receives the result, or None.
 Call = namedtuple("Call", "name args shared")
@@ -148,7 +148,7 @@ def with_double(data, index, value):
 # First double and number of doubles of each record; what stands before or between is integers.
 DOUBLES = {"joint": range(0, 14), "pose": [*range(0, 6), *range(8, 14)], "tool": range(1, 17),
            "wobj": range(1, 13), "load": range(0, 10), "unit": range(2, 38), "frame": range(0, 6),
-         "vector": range(0, 3), "steps": range(0, 3)}
+         "vector": range(0, 3), "steps": range(0, 3), "error": range(0, 3), "tilt": range(0, 1)}
 ANGLES = {"pose": (3, 4, 5), "tool": (4, 5, 6, 11, 12, 13), "wobj": (4, 5, 6, 10, 11, 12), "load": (4, 5, 6),
           "frame": (3, 4, 5)}
 
@@ -199,9 +199,10 @@ def make_call(rng, name, *args, hostile=0.0):
             else:
                 args[i] = hostile_record(rng, kinds[i], args[i])
     shared = None
-    if args[-1] is True and chance(rng, 0.06):
+    place = RESULT_PLACES[name]
+    if place is not None and args[place] is True and chance(rng, 0.06):
         possible = [i for i, kind in enumerate(kinds) if kind in SHAREABLE and args[i] is not None
-                    and len(args[i]) >= OUTPUT_SIZES[kinds[-1]]]
+                    and len(args[i]) >= OUTPUT_SIZES[kinds[place]]]
         if possible:
             shared = rng.choice(possible)
     return Call(name, tuple(args), shared)
@@ -323,7 +324,7 @@ def describe(call):
     """The call with its records decoded."""
     layouts = {"joint": JOINT, "pose": POSE, "tool": TOOL, "wobj": WOBJ, "load": LOAD, "unit": MECH_UNIT,
                "ext_axis": EXT_AXIS_PARAM, "frame": FRAME, "vector": VECTOR, "steps": VECTOR,
-               "directions": DIRECTIONS}
+               "directions": DIRECTIONS, "error": VECTOR, "tilt": ONE_DOUBLE}
     lines = [call.name]
     for kind, value in zip(SIGNATURES[call.name], call.args):
         if isinstance(value, bytes):

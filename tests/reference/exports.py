@@ -6,6 +6,7 @@ import align
 import chains
 import conversions
 import jog
+from calib_exports import CALIBRATION_SIGNATURES, CalibrationExports
 from geometry import matrix_to_pose, pose_difference, pose_to_matrix, product
 from ieee import to_signed32
 from margins import MARGINS
@@ -24,7 +25,7 @@ Outcome = namedtuple("Outcome", "code printed output changed")
 UNIT_COLON_LINE = (b"IsLegalMechUnit\xa3\xba"
                    b"pArmMechUnit->AxisCount,pMechUnitAndExtAxisPara->ExtAxisNum:%d,%d\n")
 
-# Argument kinds per export, in order. A trailing "out" is the result record.
+# Argument kinds per export, in order. "out" is the result record, "inout" one that is input and output.
 SIGNATURES = {
     "Kine_InitKinematicParam": ("uint", "param"),
     "Kine_SetAxisLimit": ("joint", "joint"),
@@ -53,11 +54,14 @@ SIGNATURES = {
     "Kine_CalcZVec": ("frame", "frame", "frame", "double", "out_vector"),
     "SafeArea_Check": ("joint", "vector", "double"),
     "Kine_CalcPosDif": ("pose", "pose", "int", "out_frame"),
+    **CALIBRATION_SIGNATURES,
 }
 
 SETUPS = tuple(name for name in SIGNATURES if "_Init" in name or "_Set" in name)
 OUTPUT_SIZES = {"out_config": 16, "out_pose": 112, "out_joint": 112, "out_frame": 48, "out_vector": 24}
-IN_OUT = ("steps_inout", "tool_inout", "wobj_inout")
+IN_OUT = ("steps_inout", "tool_inout", "wobj_inout", "error_inout", "tilt_inout")
+RESULT_PLACES = {name: next((i for i, kind in enumerate(kinds) if kind in OUTPUT_SIZES), None)
+                 for name, kinds in SIGNATURES.items()}
 
 INSIDE, OUTSIDE = 1, 0
 
@@ -69,7 +73,7 @@ FORWARD_CHAINS = {
 }
 
 
-class Library:
+class Library(CalibrationExports):
     """One configuration store behind the exports.
 
     Records are bytes or None for a null pointer; a result argument is True, or False for a null pointer.
@@ -87,6 +91,8 @@ class Library:
         try:
             if name in FORWARD_CHAINS:
                 code, output = self.forward(FORWARD_CHAINS[name], *args)
+            elif name in CALIBRATION_SIGNATURES:
+                code, output = self.calibrate(name, args)
             else:
                 code, output = getattr(self, name)(*args)
         except Refused as refused:

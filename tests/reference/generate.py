@@ -8,6 +8,7 @@ them is not chosen, and its other calls only prepare.
 from calls import (HOSTILE_INTS, HOSTILE_UINTS, Call, Cell, chance, ext_axis_record, hostile_record,
                    make_call, random_target, unit_record)
 from exports import SIGNATURES
+from generate_calibration import CALIBRATION_QUERIES
 from generate_motion import MOTION_QUERIES
 from records import FOUR_AXIS_PARAM, JOINT, OK, POSE, SIX_AXIS_PARAM
 
@@ -36,7 +37,7 @@ def cold_sequence(rng, only="all", wanted=ALL):
         tool, wobj, load = cell.surroundings()
         yield from plain_query(rng, cell, tool, wobj, load, 0.1)
         yield make_call(rng, "Kine_WobjPosToJoint", random_target(rng, cell), tool, wobj, load, True)
-    for _, names, make in MOTION_QUERIES * 4:
+    for _, names, make in MOTION_QUERIES * 4 + CALIBRATION_QUERIES * 2:
         if set(names) & set(wanted):
             yield from make(rng, cell)
 
@@ -198,7 +199,7 @@ def round_trip(rng, cell):
 
 
 # Weight, the exports a query is about, and the query.
-QUERIES = MOTION_QUERIES + (
+QUERIES = MOTION_QUERIES + CALIBRATION_QUERIES + (
     (24, (*FORWARD, "Kine_WobjPosToJoint", "Kine_IsArmTypeValid"), round_trip),
     (5, ("Kine_WobjPosToJoint",), random_inverse),
     (20, (*FORWARD, "Kine_GetArmType", "Kine_IsSingularity", "Kine_FKineVision", "Kine_IsArmTypeValid"),

@@ -6,7 +6,7 @@ A transform is twelve values: the rotation, then the translation.
 
 import math
 
-from ieee import HALF_PI, PI, acos, asin, cos, div, sin, sqrt
+from ieee import HALF_PI, PI, acos, asin, atan2, cos, div, sin, sqrt
 from margins import MARGINS
 
 SMALLEST_FLOAT = 1.1754943508222875e-38
@@ -89,13 +89,13 @@ def rotation_to_euler(r):
     if abs(r[0]) < 1e-5 and abs(r[3]) < 1e-5:
         MARGINS.near("gimbal sign", abs(r[6] - 1.0), 1e-5, 1e-14)
         if abs(r[6] - 1.0) < 1e-5:
-            a, b, c = 0.0, -HALF_PI, math.atan2(-r[1], r[4])
+            a, b, c = 0.0, -HALF_PI, atan2(-r[1], r[4])
         else:
-            a, b, c = 0.0, HALF_PI, math.atan2(r[1], r[4])
+            a, b, c = 0.0, HALF_PI, atan2(r[1], r[4])
     else:
-        a = math.atan2(r[3], r[0])
-        b = math.atan2(-r[6], sqrt(r[0] * r[0] + r[3] * r[3]))
-        c = math.atan2(r[7], r[8])
+        a = atan2(r[3], r[0])
+        b = atan2(-r[6], sqrt(r[0] * r[0] + r[3] * r[3]))
+        c = atan2(r[7], r[8])
     if abs(a) > PI - 1e-9 or abs(c) > PI - 1e-9:
         MARGINS.cut = True
     return a, b, c

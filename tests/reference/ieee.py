@@ -2,6 +2,8 @@
 
 import math
 
+from noisy import like
+
 INF = math.inf
 NAN = math.nan
 PI = math.pi
@@ -22,29 +24,33 @@ def div(a, b):
 
 
 def sqrt(x):
-    return math.sqrt(x) if x >= 0.0 else NAN
+    return like(x, math.sqrt(x)) if x >= 0.0 else NAN
 
 
 def sin(x):
     try:
-        return math.sin(x)
+        return like(x, math.sin(x))
     except ValueError:
         return NAN
 
 
 def cos(x):
     try:
-        return math.cos(x)
+        return like(x, math.cos(x))
     except ValueError:
         return NAN
 
 
 def acos(x):
-    return math.acos(x) if -1.0 <= x <= 1.0 else NAN
+    return like(x, math.acos(x)) if -1.0 <= x <= 1.0 else NAN
 
 
 def asin(x):
-    return math.asin(x) if -1.0 <= x <= 1.0 else NAN
+    return like(x, math.asin(x)) if -1.0 <= x <= 1.0 else NAN
+
+
+def atan2(y, x):
+    return like(y, math.atan2(y, x))
 
 
 def trunc(x):
