@@ -42,9 +42,21 @@ struct MovingFrame
     void Link(double theta, double d, double a, const SinCos& alpha)
     {
         RotateZ(SinCosOf(theta));
+        AlongLink(d, a, alpha);
+    }
+
+    // What of a link follows the rotation of its joint.
+    void AlongLink(double d, double a, const SinCos& alpha)
+    {
         TranslateZ(d);
         TranslateX(a);
         RotateX(alpha);
+    }
+
+    // The base turned by joint 1. Its third row holds no angle, so that a NaN there leaves z alone.
+    static MovingFrame TurnedBase(const SinCos& q1)
+    {
+        return {{q1.cos, q1.sin, 0.0}, {-q1.sin, q1.cos, 0.0}};
     }
 
     [[nodiscard]] JointAxis Axis() const { return {z, origin}; }
@@ -64,10 +76,10 @@ Deflection DeflectionOrZero(const SixAxisParams& params, const SixAngles& q, con
 LinkChain WalkLinks(const SixAxisParams& params, const SixAngles& deflected)
 {
     LinkChain chain{};
-    MovingFrame frame;
+    MovingFrame frame = MovingFrame::TurnedBase(SinCosOf(deflected[0]));
 
     chain.joints[0] = frame.Axis();
-    frame.Link(deflected[0], 0.0, params.a1, params.alpha1);
+    frame.AlongLink(0.0, params.a1, params.alpha1);
     chain.joints[1] = frame.Axis();
     frame.Link(deflected[1] + kHalfPi, 0.0, params.a2, params.alpha2);
     frame.RotateY(params.beta2);

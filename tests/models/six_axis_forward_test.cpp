@@ -246,6 +246,23 @@ TEST(SixAxisFrame5Pose, of_nan_in_joint_6_is_bent_by_nothing)
     ExpectNear(PoseToMatrix(SixAxisFrame5Pose(ParamsOf(param), q)), expected, 1e-9);
 }
 
+// Height and roll do not depend on joint 1: its NaN leaves them as they are for any other angle, on the arm that
+// nothing bends, since a NaN deflection counts as none.
+TEST(SixAxisFrame5Pose, of_nan_in_joint_1_keeps_height_and_roll)
+{
+    KineKinematicParam rigid = test::Puma();
+    rigid.SixAxis.k2 = 0.0;
+    const SixAxisParams params = ParamsOf(rigid);
+    const SixAngles q{kNan, 0.4, -0.3, 0.5, 0.8, 0.0};
+    SixAngles finite = q;
+    finite[0] = 0.0;
+    const Pose expected = SixAxisFrame5Pose(params, finite);
+    const Pose pose = SixAxisFrame5Pose(params, q);
+    EXPECT_TRUE(std::isnan(pose.x) && std::isnan(pose.y) && std::isnan(pose.a));
+    EXPECT_EQ(pose.z, expected.z);
+    EXPECT_EQ(pose.c, expected.c);
+}
+
 TEST(WalkLinks, gives_the_axis_of_every_joint)
 {
     test::SeededRandom random(2203);
