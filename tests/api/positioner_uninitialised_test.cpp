@@ -1,0 +1,25 @@
+// The calibrations of positioner and robot base on units that are set up before any initialisation: nothing
+// in this process stores an arm type.
+#include <gtest/gtest.h>
+
+#include "support/positioner_calls.h"
+
+using namespace kine::test;
+
+TEST(before_initialisation, positioners_are_calibrated)
+{
+    for (const PositionerCall& call : {kJ1Call, kJnCall}) {
+        StoreGoodUnit(call);
+        PositionerRequest request = GoodRequest(call);
+        request.reference = {};
+        EXPECT_TRUE(IsFrame(Solved(call, request).frame, Shift(100.0, 200.0, 50.0)));
+    }
+}
+
+TEST(before_initialisation, robot_bases_are_calibrated)
+{
+    StoreGoodUnit(kBaseCall);
+    const PositionerOutcome outcome = Solved(kBaseCall, GoodRequest(kBaseCall));
+    EXPECT_TRUE(IsFrame(outcome.frame, TurnZDeg(25.0)));
+    EXPECT_NEAR(outcome.error.Largest, 0.0, 1e-9);
+}
