@@ -93,6 +93,8 @@ def rotation_to_euler(r):
         else:
             a, b, c = 0.0, HALF_PI, atan2(r[1], r[4])
     else:
+        # Close to the gimbal a and c come from short columns, each with a rounding of its own.
+        loosen_for_short_columns(r)
         a = atan2(r[3], r[0])
         b = atan2(-r[6], sqrt(r[0] * r[0] + r[3] * r[3]))
         c = atan2(r[7], r[8])
@@ -101,12 +103,8 @@ def rotation_to_euler(r):
     return a, b, c
 
 
-def rotation_to_euler_exact(r):
-    """Only a vanishing leading column counts as the gimbal case; r need not be orthonormal.
-
-    The sign of r20 decides the sign of b there, not its closeness to 1.
-    """
-    # A short leading column or a short bottom row leaves mostly rounding in a or c.
+def loosen_for_short_columns(r):
+    """A short leading column or a short bottom row leaves mostly rounding in a or c."""
     shortest = min(max(abs(r[0]), abs(r[3])), max(abs(r[7]), abs(r[8])))
     if all(math.isfinite(v) for v in r):
         slack = div(ROUNDING * max(abs(v) for v in r), shortest)
@@ -114,6 +112,14 @@ def rotation_to_euler_exact(r):
             MARGINS.flag("near exact gimbal")
         elif slack > 1e-13:
             MARGINS.loosen(slack)
+
+
+def rotation_to_euler_exact(r):
+    """Only a vanishing leading column counts as the gimbal case; r need not be orthonormal.
+
+    The sign of r20 decides the sign of b there, not its closeness to 1.
+    """
+    loosen_for_short_columns(r)
     if abs(r[0]) < SMALLEST_FLOAT and abs(r[3]) < SMALLEST_FLOAT:
         t = math.atan2(r[1], r[4])
         return (0.0, -HALF_PI, -t) if r[6] > 0.0 else (0.0, HALF_PI, t)
