@@ -922,7 +922,9 @@ KINE_API KineResult KINE_CALL Kine_CalcGripWobj_UserPrm_3P(const KinePose* origi
 
 /**
  * Object frame of a work object held by the robot. The same result as Kine_CalcExtWobj_ObjPrm_3P up to
- * rounding, but the tilt: it is measured against the Z axis of the user frame, IN RADIANS.
+ * rounding, but the tilt: it is measured against the Z axis of the user frame, IN RADIANS. And an X axis
+ * within 1e-5 of the vertical of the poses keeps its direction here, while there it is first taken as
+ * vertical (up to 1e-5 rad).
  */
 KINE_API KineResult KINE_CALL Kine_CalcGripWobj_ObjPrm_3P(const KinePose* origin, const KinePose* xPoint,
                                                           const KinePose* xyPoint, const KineFrame* user,
