@@ -16,10 +16,8 @@ namespace {
 // word[3] of the external axis that drives a linear axis.
 constexpr std::int32_t kLinearAxis = 1;
 
-// Shortest distance between two positions of the mark, mm; equal passes, NaN passes.
-constexpr double kMinMarkDistance = 1e-5;
-// Largest cosine between the ways from its first position to the others; equal passes, NaN passes.
-constexpr double kMaxMarkCosine = 0.99999;
+// Three positions of the mark on a rotary axis.
+constexpr TriangleLimits kMarkLimits{1e-5, 0.99999};
 
 // Shortest position of the mark on a track, mm; equal passes, NaN passes.
 constexpr double kMinTrackPointDistance = 1e-5;
@@ -74,20 +72,14 @@ KineCalibError CalcTrackError3P(const UnitAxisInfo& track, std::span<const PoseR
 KineResult CalcAxisFrame3P(const std::array<Vec3, 3>& mark, HomMatrix& axisFrame)
 {
     const auto& [q1, q2, q3] = mark;
-    const Vec3 d12 = q2 - q1;
-    const Vec3 d13 = q3 - q1;
-    const Vec3 d23 = q3 - q2;
-    const double n12 = Norm(d12);
-    const double n13 = Norm(d13);
-    if (n12 < kMinMarkDistance || n13 < kMinMarkDistance) return KINE_ERR_CALIB_POINTS_CLOSE;
-    if (Norm(d23) < kMinMarkDistance) return KINE_ERR_CALIB_POINTS_CLOSE;
-    if (std::fabs(Dot(d12, d13)) / (n12 * n13) > kMaxMarkCosine) return KINE_ERR_CALIB_COLLINEAR;
+    if (const KineResult code = CheckTriangle(q1, q2, q3, kMarkLimits)) return code;
 
     // m1, m2: directions of the perpendicular bisectors of the chords q1 q2 and q2 q3 in the plane of the
     // circle; mid1, mid2: where these start.
-    const Vec3 n = CrossProduct(d12, d13);
+    const Vec3 d12 = q2 - q1;
+    const Vec3 n = CrossProduct(d12, q3 - q1);
     const Vec3 m1 = CrossProduct(n, d12);
-    const Vec3 m2 = CrossProduct(n, d23);
+    const Vec3 m2 = CrossProduct(n, q3 - q2);
     const Vec3 mid1 = (q1 + q2) / 2.0;
     const Vec3 mid2 = (q2 + q3) / 2.0;
 

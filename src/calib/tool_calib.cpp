@@ -7,6 +7,7 @@
 
 #include "calib/least_squares.h"
 #include "calib/point_spread.h"
+#include "calib/taught_points.h"
 #include "math/rotation.h"
 #include "models/arm_model.h"
 
@@ -17,8 +18,8 @@ namespace {
 // Shortest distance between two touching positions, mm; equal passes, NaN passes. In the plane for four-axis
 // arms.
 constexpr double kMinTouchDistance = 1e-5;
-// Largest cosine between the ways from the first touching position to the others; equal passes, NaN passes.
-constexpr double kMaxTouchCosine = 0.99999;
+// Three touching positions.
+constexpr TriangleLimits kTouchLimits{kMinTouchDistance, 0.99999};
 
 // Determinants of the normal equations; equal fails, NaN passes. Three poses of a six-axis arm just determine
 // the tip, so that they are held to more than five poses, or than two unknowns.
@@ -48,18 +49,6 @@ Vec3 InPlane(const Vec3& v) { return {v.x, v.y, 0.0}; }
 RotMatrix Subtract(const RotMatrix& a, const RotMatrix& b)
 {
     return FromAxes(AxisX(a) - AxisX(b), AxisY(a) - AxisY(b), AxisZ(a) - AxisZ(b));
-}
-
-KineResult CheckTouchingPositions(const Vec3& p0, const Vec3& p1, const Vec3& p2)
-{
-    const Vec3 d1 = p1 - p0;
-    const Vec3 d2 = p2 - p0;
-    const double n1 = Norm(d1);
-    const double n2 = Norm(d2);
-    if (n1 < kMinTouchDistance || n2 < kMinTouchDistance) return KINE_ERR_CALIB_POINTS_CLOSE;
-    if (Norm(p2 - p1) < kMinTouchDistance) return KINE_ERR_CALIB_POINTS_CLOSE;
-    if (std::fabs(Dot(d1, d2)) / (n1 * n2) > kMaxTouchCosine) return KINE_ERR_CALIB_COLLINEAR;
-    return KINE_OK;
 }
 
 // Each touching pose after the first gives three equations for t.
@@ -102,7 +91,7 @@ KineResult SolvePlanar(std::span<const HomMatrix> touching, Vec3& tip)
 
 KineResult CalcTcp3PSixAxis(std::span<const HomMatrix, 3> touching, Vec3& tip)
 {
-    if (const KineResult code = CheckTouchingPositions(touching[0].t, touching[1].t, touching[2].t)) {
+    if (const KineResult code = CheckTriangle(touching[0].t, touching[1].t, touching[2].t, kTouchLimits)) {
         return code;
     }
     const LinearSystem3 normal = SpatialNormalEquations(touching);
@@ -114,8 +103,8 @@ KineResult CalcTcp3PSixAxis(std::span<const HomMatrix, 3> touching, Vec3& tip)
 
 KineResult CalcTcp3PFourAxis(std::span<const HomMatrix, 3> touching, Vec3& tip)
 {
-    if (const KineResult code =
-            CheckTouchingPositions(InPlane(touching[0].t), InPlane(touching[1].t), InPlane(touching[2].t))) {
+    if (const KineResult code = CheckTriangle(InPlane(touching[0].t), InPlane(touching[1].t),
+                                              InPlane(touching[2].t), kTouchLimits)) {
         return code;
     }
     return SolvePlanar(touching, tip);

@@ -17,15 +17,13 @@ namespace {
 // limit: three points must also span a plane.
 constexpr double kMinPointDistance3P = 0.01;
 constexpr double kMinPointDistance2P = 0.001;
-// Shortest distance between two points of a circle, mm; equal passes, NaN passes.
-constexpr double kMinCircleDistance = 1e-5;
+// Three points of a circle: they may be closer than those of a frame.
+constexpr TriangleLimits kCircleLimits{1e-5, 0.99999};
 
 // Smallest sine between the two directions from the origin; equal passes, NaN passes.
 constexpr double kMinPlaneSine = 1e-5;
 // Smallest horizontal part of the X direction of the two-point form; equal passes, NaN passes.
 constexpr double kMinHorizontalPart = 1e-5;
-// Largest cosine between two chords of a circle; equal passes, NaN passes.
-constexpr double kMaxChordCosine = 0.99999;
 // Determinant of the equations for the centre of a circle, mm^4; equal passes, NaN passes.
 constexpr double kMinCentreDeterminant = 1e-5;
 
@@ -72,16 +70,12 @@ KineResult CalcUserFrame2P(const Vec3& origin, const Vec3& xPoint, CalibratedFra
 KineResult CalcCircleFrame3P(const std::array<Vec3, 3>& circle, CalibratedFrame& result)
 {
     const auto& [q1, q2, q3] = circle;
-    const Vec3 u = q1 - q2;
-    const Vec3 w = q1 - q3;
-    const double uLength = Norm(u);
-    const double wLength = Norm(w);
-    if (uLength < kMinCircleDistance || wLength < kMinCircleDistance) return KINE_ERR_CALIB_POINTS_CLOSE;
-    if (Norm(q2 - q3) < kMinCircleDistance) return KINE_ERR_CALIB_POINTS_CLOSE;
-    if (std::fabs(Dot(u, w)) / (uLength * wLength) > kMaxChordCosine) return KINE_ERR_CALIB_COLLINEAR;
+    if (const KineResult code = CheckTriangle(q1, q2, q3, kCircleLimits)) return code;
 
     // The centre lies in the plane of the points, with normal n, and in the planes that bisect the chords u
     // and w at right angles.
+    const Vec3 u = q1 - q2;
+    const Vec3 w = q1 - q3;
     const Vec3 n = CrossProduct(q2 - q1, q3 - q1);
     const LinearSystem3 centreEquations{
         {n.x, u.x, w.x},
