@@ -8,6 +8,7 @@
 #include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/guarded_memory.h"
+#include "support/odd_record.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
@@ -27,25 +28,6 @@ Request GoodRequest()
     request.load = MakeLoad(2.0, 3.0, 4.0, 5.0);
     return request;
 }
-
-// A copy of a record at an address that no alignment but 1 divides.
-template <class Record>
-class OddRecord
-{
-public:
-    explicit OddRecord(const Record& value) { std::memcpy(At(), &value, sizeof value); }
-    Record* Get() { return static_cast<Record*>(At()); }
-    Record Value() const
-    {
-        Record copy;
-        std::memcpy(&copy, bytes_.data() + 1, sizeof copy);
-        return copy;
-    }
-
-private:
-    void* At() { return bytes_.data() + 1; }
-    alignas(16) std::array<unsigned char, sizeof(Record) + 1> bytes_{};
-};
 
 // Room for one record of either kind: the calls read one and write the other in the same bytes.
 template <class Input, class Output>

@@ -2,10 +2,9 @@
 // the end of what can be read.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "support/cell_setup.h"
 #include "support/guarded_memory.h"
+#include "support/odd_record.h"
 #include "support/pose_calls.h"
 #include "support/sample_arms.h"
 
@@ -20,24 +19,6 @@ void SetUpTwoUnits()
     SetUpArm(WristArm());
     SetUnitCounts(2, 6);
 }
-
-// A record at an odd address.
-template <class Record>
-class OddRecord
-{
-public:
-    explicit OddRecord(const Record& value) { std::memcpy(bytes_ + 1, &value, sizeof value); }
-    Record* Get() { return reinterpret_cast<Record*>(bytes_ + 1); }
-    Record Value() const
-    {
-        Record copy;
-        std::memcpy(&copy, bytes_ + 1, sizeof copy);
-        return copy;
-    }
-
-private:
-    alignas(16) unsigned char bytes_[sizeof(Record) + 1] = {};
-};
 
 }  // namespace
 

@@ -2,19 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
-#include <limits>
 
 #include "support/cell_setup.h"
+#include "support/numbers.h"
 #include "support/pose_calls.h"
 #include "support/sample_arms.h"
 
 using namespace kine::test;
 
 namespace {
-
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 Mat4 CombinedMatrix(const KineWobj& wobj) { return MatrixOf(wobj.UFrame) * MatrixOf(wobj.OFrame); }
 
@@ -36,12 +32,6 @@ PoseRequest RandomRequest(const PoseCall& call, SeededRandom& random)
     request.wobj.UFrame = AnyFrame(random);
     request.wobj.OFrame = AnyFrame(random);
     return request;
-}
-
-bool IsTheNan(double value)
-{
-    const double quiet = kNan;
-    return std::memcmp(&value, &quiet, sizeof value) == 0;
 }
 
 const KineMechUnit kRail =

@@ -14,23 +14,12 @@
 #include "support/cell_setup.h"
 #include "support/chain_calls.h"
 #include "support/guarded_memory.h"
-#include "support/numbers.h"
+#include "support/nasty_numbers.h"
 #include "support/sample_arms.h"
-#include "support/seeded_random.h"
 
 using namespace kine::test;
 
 namespace {
-
-double NastyNumber(SeededRandom& random)
-{
-    constexpr double kNasty[] = {0.0,         -0.0,   1.0,      -1.0,   90.0, 180.0, -180.0,
-                                 180.0000001, 1e-5,   -1e-5,    1e-300, 1e15, 1e150, -1e150,
-                                 1e308,       -1e308, 4.9e-324, 360.0,  kNan, kInf,  -kInf};
-    const std::size_t pick = random.Below(std::size(kNasty) + 3);
-    if (pick < std::size(kNasty)) return kNasty[pick];
-    return pick == std::size(kNasty) ? random.AnyBits<double>() : random.Uniform(-400.0, 400.0);
-}
 
 // Overwrites up to three aligned numbers, 32-bit words or bytes of a record.
 template <class Record>
@@ -40,7 +29,7 @@ void Spoil(SeededRandom& random, Record& record)
     for (std::size_t n = random.Below(4); n > 0; --n) {
         const std::size_t how = random.Below(4);
         if (how <= 1 && sizeof record >= sizeof(double)) {
-            const double value = NastyNumber(random);
+            const double value = random.Below(10) == 0 ? random.Uniform(-400.0, 400.0) : NastyNumber(random);
             std::memcpy(bytes + 8 * random.Below(sizeof record / 8), &value, sizeof value);
         } else if (how == 2) {
             const auto value = static_cast<uint32_t>(random.Bits());

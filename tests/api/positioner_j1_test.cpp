@@ -5,15 +5,12 @@
 #include <array>
 #include <cmath>
 
-#include "support/positioner_calls.h"
+#include "support/positioner_calib_calls.h"
 #include "support/seeded_random.h"
 
 using namespace kine::test;
 
 namespace {
-
-constexpr double kMm = 1e-9;
-constexpr double kTurn = 1.7e-11;  // 1e-9 degrees in radians
 
 // The axis frame seen in the taught poses, turned back by the value of the first.
 Mat4 FirstAxis(const Mat4& axis, const Mark& mark, const Values& values)
@@ -23,9 +20,8 @@ Mat4 FirstAxis(const Mat4& axis, const Mark& mark, const Values& values)
 
 ::testing::AssertionResult FindsFirstAxis(const Mat4& axis, const Mark& mark, const Values& values)
 {
-    PositionerRequest request;
-    request.taught = MarkOnTable(axis, mark, values, 0);
-    return IsFrame(Solved(kJ1Call, request).frame, FirstAxis(axis, mark, values), kMm, kTurn);
+    PositionerCalibRequest request{MarkOnTable(axis, mark, values, 0)};
+    return IsAxisFrame(Solved(kJ1, request).frame, FirstAxis(axis, mark, values));
 }
 
 // How far apart two directions are, in 0..180 degrees.
@@ -35,45 +31,35 @@ double Apart(double a, double b)
     return turn > 180.0 ? 360.0 - turn : turn;
 }
 
-// Away from where the formula divides by nearly nothing: the axis leaves the XY plane, the bisector of the
-// first chord leaves the X direction, and no two of the positions or bisectors are near each other.
-bool IsWellPlaced(const Mat4& axis, const Mark& mark, const Values& values)
+// The circle lies well, and no two of the positions or bisectors are near each other.
+bool IsWellTaught(const Mat4& axis, const Mark& mark, const Values& values)
 {
-    const Mat4 bisector = RotationOf(axis) * TurnZDeg(mark.phase + 0.5 * (values[0] + values[1]));
-    return std::fabs(axis[2][2]) > 0.3 && std::fabs(bisector[1][0]) > 0.2 &&
+    return IsWellPlaced(axis, mark.phase + 0.5 * (values[0] + values[1]), 0.3, 0.2) &&
            Apart(values[0], values[1]) > 40.0 && Apart(values[0], values[2]) > 40.0 &&
            Apart(values[1], values[2]) > 40.0;
 }
 
 }  // namespace
 
-// The mark stands at 0, 90 and 180 degrees on a table at (100, 200, 50): towards X of the poses at value 0.
+// The mark stands towards X of the poses at value 0.
 TEST(Kine_CalcPositionerJ1Prm_3P, upright_axis_turned_anticlockwise_has_z_up_and_x_towards_the_mark_at_0)
 {
     SetUpUnit({{0, kRotaryType}});
-    PositionerRequest request;
-    request.taught = TaughtPoints({130.0, 200.0, 50.0}, {100.0, 230.0, 50.0}, {70.0, 200.0, 50.0});
-    request.taught[1].ExtAxis[0] = 90.0;
-    request.taught[2].ExtAxis[0] = 180.0;
-    const KineFrame frame = Solved(kJ1Call, request).frame;
-    EXPECT_NEAR(frame.X, 100.0, kMm);
-    EXPECT_NEAR(frame.Y, 200.0, kMm);
-    EXPECT_NEAR(frame.Z, 50.0, kMm);
-    for (const double angle : {frame.A, frame.B, frame.C}) EXPECT_NEAR(angle, 0.0, kMm);
+    PositionerCalibRequest request{UprightTable()};
+    request.poses[1].ExtAxis[0] = 90.0;
+    request.poses[2].ExtAxis[0] = 180.0;
+    EXPECT_TRUE(IsNearFrame(Solved(kJ1, request).frame, {100.0, 200.0, 50.0, 0.0, 0.0, 0.0}));
 }
 
 // The same mark taught at 30, 120 and 210: the frame that shows at 30 is turned back by 30 degrees.
 TEST(Kine_CalcPositionerJ1Prm_3P, value_of_the_first_pose_is_turned_back_in_degrees)
 {
     SetUpUnit({{0, kRotaryType}});
-    PositionerRequest request;
-    request.taught = TaughtPoints({130.0, 200.0, 50.0}, {100.0, 230.0, 50.0}, {70.0, 200.0, 50.0});
+    PositionerCalibRequest request{UprightTable()};
     for (const double value : {30.0, -45.0, 120.0, 30.0 + 720.0}) {
-        request.taught[0].ExtAxis[0] = value;
-        const KineFrame frame = Solved(kJ1Call, request).frame;
-        EXPECT_NEAR(frame.A, value > 360.0 ? -30.0 : -value, kMm);
-        EXPECT_NEAR(frame.B, 0.0, kMm);
-        EXPECT_NEAR(frame.C, 0.0, kMm);
+        request.poses[0].ExtAxis[0] = value;
+        const double turned = value > 360.0 ? -30.0 : -value;
+        EXPECT_TRUE(IsNearFrame(Solved(kJ1, request).frame, {100.0, 200.0, 50.0, turned, 0.0, 0.0}));
     }
 }
 
@@ -81,12 +67,12 @@ TEST(Kine_CalcPositionerJ1Prm_3P, value_of_the_first_pose_is_turned_back_in_degr
 TEST(Kine_CalcPositionerJ1Prm_3P, mark_turned_clockwise_has_z_down)
 {
     SetUpUnit({{0, kRotaryType}});
-    PositionerRequest request;
-    request.taught = TaughtPoints({70.0, 200.0, 50.0}, {100.0, 230.0, 50.0}, {130.0, 200.0, 50.0});
-    request.taught[0].ExtAxis[0] = 180.0;
-    request.taught[1].ExtAxis[0] = 90.0;
+    PositionerCalibRequest request{
+        TaughtPoints({70.0, 200.0, 50.0}, {100.0, 230.0, 50.0}, {130.0, 200.0, 50.0})};
+    request.poses[0].ExtAxis[0] = 180.0;
+    request.poses[1].ExtAxis[0] = 90.0;
     const Mat4 zDown = Shift(100.0, 200.0, 50.0) * TurnXDeg(180.0);
-    EXPECT_TRUE(IsFrame(Solved(kJ1Call, request).frame, zDown, kMm, kTurn));
+    EXPECT_TRUE(IsAxisFrame(Solved(kJ1, request).frame, zDown));
 }
 
 // Any three values in the six orders: three of them follow one another anticlockwise, three clockwise.
@@ -100,9 +86,8 @@ TEST(Kine_CalcPositionerJ1Prm_3P, order_of_the_poses_decides_the_side_of_z)
          {Values{-20.0, 65.0, 170.0}, Values{65.0, 170.0, -20.0}, Values{170.0, -20.0, 65.0},
           Values{-20.0, 170.0, 65.0}, Values{170.0, 65.0, -20.0}, Values{65.0, -20.0, 170.0}}) {
         EXPECT_TRUE(FindsFirstAxis(axis, mark, values));
-        PositionerRequest request;
-        request.taught = MarkOnTable(axis, mark, values, 0);
-        const Mat4 found = MatrixOf(Solved(kJ1Call, request).frame);
+        PositionerCalibRequest request{MarkOnTable(axis, mark, values, 0)};
+        const Mat4 found = MatrixOf(Solved(kJ1, request).frame);
         const double sameSide =
             found[0][2] * axis[0][2] + found[1][2] * axis[1][2] + found[2][2] * axis[2][2];
         EXPECT_NEAR(sameSide, IsAnticlockwise(values) ? 1.0 : -1.0, 1e-12);
@@ -115,16 +100,11 @@ TEST(Kine_CalcPositionerJ1Prm_3P, order_of_the_poses_decides_the_side_of_z)
 TEST(Kine_CalcPositionerJ1Prm_3P, tilted_axis_is_found_where_it_reads_0)
 {
     SetUpUnit({{0, kRotaryType}});
-    PositionerRequest request;
+    PositionerCalibRequest request;
     // Centre (500, 100 - 0.6 * 7, 900 + 0.8 * 7), X (1, 0, 0), Y (0, 0.8, 0.6); values 0, 90 and 180.
-    request.taught = TaughtPoints({550.0, 95.8, 905.6}, {500.0, 135.8, 935.6}, {450.0, 95.8, 905.6});
-    const KineFrame frame = Solved(kJ1Call, request).frame;
-    EXPECT_NEAR(frame.X, 500.0, kMm);
-    EXPECT_NEAR(frame.Y, 95.8, kMm);
-    EXPECT_NEAR(frame.Z, 905.6, kMm);
-    EXPECT_NEAR(frame.A, 0.0, kMm);
-    EXPECT_NEAR(frame.B, 0.0, kMm);
-    EXPECT_NEAR(frame.C, 36.86989764584402, kMm);  // atan(3 / 4)
+    request.poses = TaughtPoints({550.0, 95.8, 905.6}, {500.0, 135.8, 935.6}, {450.0, 95.8, 905.6});
+    // C is atan(3 / 4).
+    EXPECT_TRUE(IsNearFrame(Solved(kJ1, request).frame, {500.0, 95.8, 905.6, 0.0, 0.0, 36.86989764584402}));
 }
 
 TEST(Kine_CalcPositionerJ1Prm_3P, axis_some_degrees_above_the_xy_plane_is_found)
@@ -144,15 +124,13 @@ TEST(Kine_CalcPositionerJ1Prm_3P, random_axes_are_found)
     for (int round = 0; tried < 300 && round < 20000; ++round) {
         KineFrame frame{};
         for (const auto element : kElements) frame.*element = random.Uniform(-180.0, 180.0);
-        frame.X *= 5.0;
-        frame.Y *= 5.0;
-        frame.Z *= 5.0;
+        for (const auto length : kCoordinates) frame.*length *= 5.0;
         const Mat4 axis = MatrixOf(frame);
         const Mark mark = {random.Uniform(50.0, 400.0), random.Uniform(-180.0, 180.0),
                            random.Uniform(-100.0, 100.0)};
         const Values values = {random.Uniform(-360.0, 360.0), random.Uniform(-360.0, 360.0),
                                random.Uniform(-360.0, 360.0)};
-        if (!IsWellPlaced(axis, mark, values)) continue;
+        if (!IsWellTaught(axis, mark, values)) continue;
         ++tried;
         EXPECT_TRUE(FindsFirstAxis(axis, mark, values)) << "round " << round;
     }
@@ -163,9 +141,8 @@ TEST(Kine_CalcPositionerJ1Prm_3P, random_axes_are_found)
 TEST(Kine_CalcPositionerJ1Prm_3P, second_bisector_along_x_is_found)
 {
     SetUpUnit({{0, kRotaryType}});
-    PositionerRequest request;
-    request.taught = TaughtPoints({0.0, 50.0, 5.0}, {-30.0, 40.0, 5.0}, {-30.0, -40.0, 5.0});
-    EXPECT_TRUE(IsFrame(Solved(kJ1Call, request).frame, Shift(0.0, 0.0, 5.0) * TurnZDeg(90.0), kMm, kTurn));
+    PositionerCalibRequest request{TaughtPoints({0.0, 50.0, 5.0}, {-30.0, 40.0, 5.0}, {-30.0, -40.0, 5.0})};
+    EXPECT_TRUE(IsAxisFrame(Solved(kJ1, request).frame, Shift(0.0, 0.0, 5.0) * TurnZDeg(90.0)));
 }
 
 // All other external axes of the first pose, and all of the others, hold NaN or a misleading value.
@@ -177,13 +154,11 @@ TEST(Kine_CalcPositionerJ1Prm_3P, param_index_of_the_first_axis_picks_the_extern
     for (int extAxis = 0; extAxis < 6; ++extAxis) {
         const int other = (extAxis + 1) % 6;
         SetUpUnit({{extAxis, kRotaryType}, {other, kRotaryType}});
-        PositionerRequest request;
-        request.taught = MarkOnTable(axis, mark, values, extAxis);
-        request.taught[0].ExtAxis[other] = 1000.0;
-        request.taught[1].ExtAxis[extAxis] = kNan;
-        request.taught[2].ExtAxis[extAxis] = -77.0;
-        EXPECT_TRUE(IsFrame(Solved(kJ1Call, request).frame, FirstAxis(axis, mark, values), kMm, kTurn))
-            << extAxis;
+        PositionerCalibRequest request{MarkOnTable(axis, mark, values, extAxis)};
+        request.poses[0].ExtAxis[other] = 1000.0;
+        request.poses[1].ExtAxis[extAxis] = kNan;
+        request.poses[2].ExtAxis[extAxis] = -77.0;
+        EXPECT_TRUE(IsAxisFrame(Solved(kJ1, request).frame, FirstAxis(axis, mark, values))) << extAxis;
     }
 }
 
@@ -200,20 +175,19 @@ TEST(Kine_CalcPositionerJ1Prm_3P, unit_index_picks_the_unit)
     const Mark mark = {100.0, -40.0, 12.0};
     const Values values = {-61.0, 70.0, 160.0};
     for (int unit = 0; unit < 3; ++unit) {
-        PositionerRequest request;
+        PositionerCalibRequest request;
         request.unit = unit;
-        request.taught = MarkOnTable(axis, mark, values, drivers[static_cast<std::size_t>(unit)]);
-        EXPECT_TRUE(IsFrame(Solved(kJ1Call, request).frame, FirstAxis(axis, mark, values), kMm, kTurn))
-            << unit;
+        request.poses = MarkOnTable(axis, mark, values, drivers[static_cast<std::size_t>(unit)]);
+        EXPECT_TRUE(IsAxisFrame(Solved(kJ1, request).frame, FirstAxis(axis, mark, values))) << unit;
     }
 }
 
 // What the unit is and where its axes stand is not asked for, nor the type of its external axis.
 TEST(Kine_CalcPositionerJ1Prm_3P, kind_frames_and_type_of_the_unit_are_not_read)
 {
-    PositionerRequest request = SetUpGoodRequest(kJ1Call);
-    request.taught[0].ExtAxis[0] = 12.5;
-    const KineFrame expected = Solved(kJ1Call, request).frame;
+    PositionerCalibRequest request = SetUpGoodRequest(kJ1);
+    request.poses[0].ExtAxis[0] = 12.5;
+    const KineFrame expected = Solved(kJ1, request).frame;
     for (const int kind : {0, 1, 2, 3, 65535}) {
         KineMechUnit unit = LinearUnit({1.0, 2.0, 3.0, 4.0, 5.0, 6.0}, {7.0, 8.0, 9.0, 10.0, 11.0, 12.0}, 0);
         unit.UnitKind = static_cast<uint16_t>(kind);
@@ -221,24 +195,24 @@ TEST(Kine_CalcPositionerJ1Prm_3P, kind_frames_and_type_of_the_unit_are_not_read)
         StoreUnit(0, unit);
         for (const int type : {0, 1, 2, -1}) {
             StoreAxisType(0, type);
-            EXPECT_TRUE(SameBits(Solved(kJ1Call, request).frame, expected)) << kind << " " << type;
+            EXPECT_TRUE(SameBits(Solved(kJ1, request).frame, expected)) << kind << " " << type;
         }
     }
 }
 
 TEST(Kine_CalcPositionerJ1Prm_3P, orientations_and_configurations_do_not_matter)
 {
-    PositionerRequest request = SetUpGoodRequest(kJ1Call);
-    const KineFrame expected = Solved(kJ1Call, request).frame;
+    PositionerCalibRequest request = SetUpGoodRequest(kJ1);
+    const KineFrame expected = Solved(kJ1, request).frame;
     SeededRandom random(630102);
     for (int round = 0; round < 50; ++round) {
-        for (KinePose& pose : request.taught) {
+        for (KinePose& pose : request.poses) {
             pose.Frame.A = random.Uniform(-180.0, 180.0);
             pose.Frame.B = random.Uniform(-180.0, 180.0);
             pose.Frame.C = random.Below(5) == 0 ? kNan : random.Uniform(-180.0, 180.0);
             pose.Cfg1 = random.AnyBits<int32_t>();
             pose.Cfg4 = random.AnyBits<int32_t>();
         }
-        EXPECT_TRUE(SameBits(Solved(kJ1Call, request).frame, expected));
+        EXPECT_TRUE(SameBits(Solved(kJ1, request).frame, expected));
     }
 }

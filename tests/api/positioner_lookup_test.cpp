@@ -3,22 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
 #include <vector>
 
-#include "support/positioner_calls.h"
+#include "support/positioner_calib_calls.h"
 
 using namespace kine::test;
 
 namespace {
 
-constexpr int32_t kInt32Min = std::numeric_limits<int32_t>::min();
-constexpr int32_t kInt32Max = std::numeric_limits<int32_t>::max();
-
 // Three units like that of the good request, of which the counts admit this many.
-PositionerRequest SetUpUnits(const PositionerCall& call, uint32_t count)
+PositionerCalibRequest SetUpUnits(const PositionerCalib& call, uint32_t count)
 {
-    PositionerRequest request = SetUpGoodRequest(call);
+    PositionerCalibRequest request = SetUpGoodRequest(call);
     SetUnitCounts(3, 6);
     for (int unit = 0; unit < 3; ++unit) StoreUnitWithAxes(unit, {{0, TypeFor(call)}, {0, TypeFor(call)}});
     SetUnitCounts(count, 6);
@@ -27,11 +23,11 @@ PositionerRequest SetUpUnits(const PositionerCall& call, uint32_t count)
 
 }  // namespace
 
-TEST(unit_lookup, index_equal_to_the_count_is_accepted)
+TEST(positioner_calibrations, unit_index_equal_to_the_count_is_accepted)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
+    for (const PositionerCalib& call : kPositionerCalibs) {
         for (const int32_t count : {0, 1, 2}) {
-            PositionerRequest request = SetUpUnits(call, static_cast<uint32_t>(count));
+            PositionerCalibRequest request = SetUpUnits(call, static_cast<uint32_t>(count));
             for (request.unit = 0; request.unit <= count; ++request.unit) Solved(call, request);
             request.unit = count + 1;
             ExpectRefused(call, request, KINE_ERR_TOOL);
@@ -40,10 +36,10 @@ TEST(unit_lookup, index_equal_to_the_count_is_accepted)
 }
 
 // With three units index 3 equals the count, but there is no fourth unit.
-TEST(unit_lookup, index_beyond_all_units_is_0x6011)
+TEST(positioner_calibrations, unit_index_beyond_all_units_is_0x6011)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
-        PositionerRequest request = SetUpUnits(call, 3);
+    for (const PositionerCalib& call : kPositionerCalibs) {
+        PositionerCalibRequest request = SetUpUnits(call, 3);
         request.unit = 2;
         Solved(call, request);
         for (const int32_t unit : {3, 4, 255, 256, 65536, kInt32Max, -1, -2, kInt32Min, kInt32Min + 1}) {
@@ -54,10 +50,10 @@ TEST(unit_lookup, index_beyond_all_units_is_0x6011)
 }
 
 // A unit that was never stored, or has been cleared by an initialisation, has no axes.
-TEST(unit_lookup, unit_without_axes_is_0x6011)
+TEST(positioner_calibrations, unit_without_axes_is_0x6011)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
-        PositionerRequest request = SetUpGoodRequest(call);
+    for (const PositionerCalib& call : kPositionerCalibs) {
+        PositionerCalibRequest request = SetUpGoodRequest(call);
         request.unit = 1;
         ExpectRefused(call, request, KINE_ERR_TOOL);
         request.unit = 0;
@@ -68,13 +64,13 @@ TEST(unit_lookup, unit_without_axes_is_0x6011)
     }
 }
 
-TEST(unit_lookup, second_axis_is_needed_by_jn_only)
+TEST(positioner_calibrations, second_axis_is_needed_by_jn_only)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
-        PositionerRequest request = SetUpGoodRequest(call);
+    for (const PositionerCalib& call : kPositionerCalibs) {
+        PositionerCalibRequest request = SetUpGoodRequest(call);
         StoreUnitWithAxes(0, {{0, TypeFor(call)}});
         request.axis = 1;
-        if (call.run == kJnCall.run) {
+        if (call == kJn) {
             ExpectRefused(call, request, KINE_ERR_TOOL);
         } else {
             Solved(call, request);
@@ -83,24 +79,24 @@ TEST(unit_lookup, second_axis_is_needed_by_jn_only)
 }
 
 // A unit that is not active may claim any number of axes; its record has room for the drivers of six.
-TEST(unit_lookup, axis_beyond_the_six_drivers_is_0x6011)
+TEST(Kine_CalcPositionerJnPrm_3P, axis_beyond_the_six_drivers_is_0x6011)
 {
-    PositionerRequest request = SetUpGoodRequest(kJnCall);
+    PositionerCalibRequest request = SetUpGoodRequest(kJn);
     KineMechUnit unit{};
     unit.AxisCount = 255;
     StoreUnit(0, unit);
-    for (request.axis = 1; request.axis <= 6; ++request.axis) Solved(kJnCall, request);
+    for (request.axis = 1; request.axis <= 6; ++request.axis) Solved(kJn, request);
     for (const int32_t axis : {7, 8, 255, 256}) {
         request.axis = axis;
-        ExpectRefused(kJnCall, request, KINE_ERR_TOOL);
+        ExpectRefused(kJn, request, KINE_ERR_TOOL);
     }
 }
 
-TEST(unit_lookup, driving_axis_beyond_the_six_external_axes_is_0x6011)
+TEST(positioner_calibrations, driving_axis_beyond_the_six_external_axes_is_0x6011)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
+    for (const PositionerCalib& call : kPositionerCalibs) {
         for (const int driver : {6, 7, 128, 255}) {
-            PositionerRequest request = SetUpGoodRequest(call);
+            PositionerCalibRequest request = SetUpGoodRequest(call);
             StoreUnitWithAxes(0, {{driver, TypeFor(call)}, {0, TypeFor(call)}});
             request.axis = 1;
             ExpectRefused(call, request, KINE_ERR_TOOL);
@@ -109,20 +105,20 @@ TEST(unit_lookup, driving_axis_beyond_the_six_external_axes_is_0x6011)
 }
 
 // Jn needs axis n and the second axis; the first is neither.
-TEST(unit_lookup, driver_of_an_axis_that_is_not_needed_may_be_anything)
+TEST(positioner_calibrations, driver_of_an_axis_that_is_not_needed_may_be_anything)
 {
-    PositionerRequest request = SetUpGoodRequest(kJnCall);
+    PositionerCalibRequest request = SetUpGoodRequest(kJn);
     StoreUnitWithAxes(0, {{200, kRotaryType}, {0, kRotaryType}, {0, kRotaryType}});
     for (const int32_t axis : {2, 3}) {
         request.axis = axis;
-        Solved(kJnCall, request);
+        Solved(kJn, request);
     }
     StoreUnitWithAxes(0, {{0, kRotaryType}, {200, kRotaryType}, {0, kRotaryType}});
     for (const int32_t axis : {1, 2, 3}) {
         request.axis = axis;
-        ExpectRefused(kJnCall, request, KINE_ERR_TOOL);
+        ExpectRefused(kJn, request, KINE_ERR_TOOL);
     }
-    for (const PositionerCall& call : {kJ1Call, kBaseCall}) {
+    for (const PositionerCalib& call : {kJ1, kRobotBase}) {
         request = SetUpGoodRequest(call);
         StoreUnitWithAxes(0, {{0, TypeFor(call)}, {200, kRotaryType}});
         Solved(call, request);
@@ -130,12 +126,12 @@ TEST(unit_lookup, driver_of_an_axis_that_is_not_needed_may_be_anything)
 }
 
 // The number of external-axis items bounds the axes of a unit when it is stored, not the lookup.
-TEST(unit_lookup, count_of_external_axis_items_is_not_asked_for)
+TEST(positioner_calibrations, count_of_external_axis_items_is_not_asked_for)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
-        PositionerRequest request = SetUpGoodRequest(call);
+    for (const PositionerCalib& call : kPositionerCalibs) {
+        PositionerCalibRequest request = SetUpGoodRequest(call);
         StoreUnitWithAxes(0, {{5, TypeFor(call)}, {5, TypeFor(call)}});
-        for (KinePose& pose : request.taught) pose.ExtAxis[5] = pose.ExtAxis[0];
+        for (KinePose& pose : request.poses) pose.ExtAxis[5] = pose.ExtAxis[0];
         SetUnitCounts(1, 0);
         Solved(call, request);
     }
@@ -159,16 +155,15 @@ TEST(positioner_calibrations, give_the_same_bits_for_every_arm_type_and_state)
                                    {5, &wrist, 0xFFFFFFFF},
                                    {0, nullptr, 0xFFFFFFFF},
                                    {0xFFFFFFFF, nullptr, 0xFFFFFFFF}};
-    for (const PositionerCall& call : kPositionerCalls) {
-        PositionerRequest request = SetUpGoodRequest(call);
-        const PositionerOutcome expected = Solved(call, request);
+    for (const PositionerCalib& call : kPositionerCalibs) {
+        PositionerCalibRequest request = SetUpGoodRequest(call);
+        const PositionerCalibOutcome expected = Solved(call, request);
         for (const Arm& arm : arms) {
             EXPECT_EQ(Kine_InitKinematicParam(arm.type, arm.param), arm.code);
             StoreGoodUnit(call);
             request.nullFrame = false;
-            const PositionerOutcome outcome = Solved(call, request);
-            EXPECT_TRUE(SameBits(outcome.frame, expected.frame)) << arm.type;
-            EXPECT_TRUE(SameBits(outcome.error, expected.error)) << arm.type;
+            const PositionerCalibOutcome outcome = Solved(call, request);
+            EXPECT_TRUE(SameResult(outcome, expected)) << arm.type;
             request.nullFrame = true;
             ExpectRefused(call, request, KINE_ERR_POSE);
         }

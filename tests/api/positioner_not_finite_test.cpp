@@ -6,48 +6,41 @@
 // plane makes 0 / 0 and not a quotient of rounding errors.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
-#include <cstdint>
-#include <cstring>
+#include <cstddef>
 
-#include "support/positioner_calls.h"
+#include "support/positioner_calib_calls.h"
 
 using namespace kine::test;
 
 namespace {
 
-double NanWithPayload()
+PositionerCalibRequest RequestFor(const Point& p0, const Point& p1, const Point& p2)
 {
-    const uint64_t bits = 0xFFF80000DEADBEEFu;
-    double value = 0.0;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
-}
-
-PositionerRequest RequestFor(const Point& p0, const Point& p1, const Point& p2)
-{
-    PositionerRequest request;
-    request.taught = TaughtPoints(p0, p1, p2);
-    return request;
+    return {TaughtPoints(p0, p1, p2)};
 }
 
 void ExpectNoFrame(const Point& p0, const Point& p1, const Point& p2)
 {
-    const PositionerRequest request = RequestFor(p0, p1, p2);
-    ExpectAllNan(Solved(kJ1Call, request).frame);
-    ExpectAllNan(Solved(kJnCall, request).frame);
+    const PositionerCalibRequest request = RequestFor(p0, p1, p2);
+    ExpectAllNan(Solved(kJ1, request).frame);
+    ExpectAllNan(Solved(kJn, request).frame);
 }
 
 void SetUpTable() { SetUpUnit({{0, kRotaryType}, {0, kRotaryType}}); }
-void SetUpTrack() { SetUpUnit({{0, kLinearType}, {0, kLinearType}}); }
+
+void ExpectPositionOfTheTableOnly(const KineFrame& frame)
+{
+    EXPECT_TRUE(IsPoint(PositionOf(frame), {100.0, 200.0, 50.0}));
+    for (const auto angle : kAngles) EXPECT_TRUE(IsTheNan(frame.*angle));
+}
 
 // The base with a good set, to be spoilt: heading 0, all numbers exact.
-PositionerRequest ExactTrack()
+PositionerCalibRequest ExactTrack()
 {
-    PositionerRequest request = RequestFor({0, 0, 5}, {-100, 0, 5}, {-200, 0, 5});
-    request.taught[1].ExtAxis[0] = 100.0;
-    request.taught[2].ExtAxis[0] = 200.0;
+    PositionerCalibRequest request = RequestFor({0, 0, 5}, {-100, 0, 5}, {-200, 0, 5});
+    request.poses[1].ExtAxis[0] = 100.0;
+    request.poses[2].ExtAxis[0] = 200.0;
     return request;
 }
 
@@ -56,7 +49,7 @@ PositionerRequest ExactTrack()
 // n = (nx, 0, 0), so that m1.x and m2.x are 0: the denominator of P.y is 0. Its numerator is x of the plane
 // times m1.y * m2.y - m2.y * m1.y, 0 as well. P.y, s and P.x, P.z are NaN, so are the X and Y axes; every
 // angle takes one of them, and the matrix that the angles give, NaN throughout, turns the position into NaN.
-TEST(axis_in_the_xy_plane, along_x_gives_no_frame_with_result_0)
+TEST(positioner_calibrations, axis_in_the_xy_plane_along_x_gives_no_frame_with_result_0)
 {
     SetUpTable();
     ExpectNoFrame({7, 30, 40}, {7, -40, 30}, {7, -30, -40});
@@ -65,14 +58,14 @@ TEST(axis_in_the_xy_plane, along_x_gives_no_frame_with_result_0)
 }
 
 // n = (0, ny, 0): m1.y and m2.y are 0, and with them all four products.
-TEST(axis_in_the_xy_plane, along_y_gives_no_frame_with_result_0)
+TEST(positioner_calibrations, axis_in_the_xy_plane_along_y_gives_no_frame_with_result_0)
 {
     SetUpTable();
     ExpectNoFrame({30, 7, 40}, {-40, 7, 30}, {-30, 7, -40});
 }
 
 // n along (1, 1, 0): both bisectors run along (1, -1) in the XY plane, or along Z.
-TEST(axis_in_the_xy_plane, along_the_diagonal_gives_no_frame_with_result_0)
+TEST(positioner_calibrations, axis_in_the_xy_plane_along_the_diagonal_gives_no_frame_with_result_0)
 {
     SetUpTable();
     ExpectNoFrame({10, -10, 20}, {-20, 20, 10}, {-10, 10, -20});
@@ -81,7 +74,7 @@ TEST(axis_in_the_xy_plane, along_the_diagonal_gives_no_frame_with_result_0)
 
 // An upright table about (0, 0): the first chord runs along Y, m1.y is 0. The centre's y is right, 0 or
 // another exact number, and s = (P.y - M1.y) / m1.y is 0 / 0.
-TEST(first_bisector_along_x, gives_no_frame_with_result_0)
+TEST(positioner_calibrations, first_bisector_along_x_gives_no_frame_with_result_0)
 {
     SetUpTable();
     ExpectNoFrame({30, -40, 5}, {30, 40, 5}, {-50, 0, 5});
@@ -90,28 +83,27 @@ TEST(first_bisector_along_x, gives_no_frame_with_result_0)
 }
 
 // The same three positions begun elsewhere.
-TEST(first_bisector_along_x, other_order_of_the_same_positions_gives_the_frame)
+TEST(Kine_CalcPositionerJ1Prm_3P, other_order_of_positions_with_a_first_bisector_along_x_gives_the_frame)
 {
     SetUpTable();
-    const KineFrame begun = Solved(kJ1Call, RequestFor({130, 240, 5}, {50, 200, 5}, {130, 160, 5})).frame;
+    const KineFrame begun = Solved(kJ1, RequestFor({130, 240, 5}, {50, 200, 5}, {130, 160, 5})).frame;
     EXPECT_TRUE(IsFrame(begun, Shift(100.0, 200.0, 5.0) * TurnZ(std::atan2(4.0, 3.0))));
-    const KineFrame crossed = Solved(kJ1Call, RequestFor({50, 200, 5}, {130, 160, 5}, {130, 240, 5})).frame;
+    const KineFrame crossed = Solved(kJ1, RequestFor({50, 200, 5}, {130, 160, 5}, {130, 240, 5})).frame;
     EXPECT_TRUE(IsFrame(crossed, Shift(100.0, 200.0, 5.0) * TurnZDeg(180.0)));
 }
 
 // No comparison with a limit is true for NaN. The heights are equal, so that infinity meets their 0 or
 // itself: in every case m1.y or m2.x is NaN, therefore P.y, and from it the rest.
-TEST(positions_not_finite, give_no_axis_frame_with_result_0)
+TEST(positioner_calibrations, positions_not_finite_give_no_axis_frame_with_result_0)
 {
     SetUpTable();
-    for (const double value : {kNan, -kNan, NanWithPayload(), kInf, -kInf}) {
+    for (const double value : {kNan, -kNan, kNanWithPayload, kInf, -kInf}) {
         for (std::size_t pose = 0; pose < 3; ++pose) {
             for (std::size_t i = 0; i < 3; ++i) {
-                std::array<Point, 3> points = {{{130, 200, 50}, {100, 230, 50}, {70, 200, 50}}};
-                points[pose][i] = value;
-                const PositionerRequest request = RequestFor(points[0], points[1], points[2]);
-                ExpectAllNan(Solved(kJ1Call, request).frame);
-                ExpectAllNan(Solved(kJnCall, request).frame);
+                PositionerCalibRequest request{UprightTable()};
+                request.poses[pose].Frame.*kCoordinates[i] = value;
+                ExpectAllNan(Solved(kJ1, request).frame);
+                ExpectAllNan(Solved(kJn, request).frame);
             }
         }
     }
@@ -119,78 +111,70 @@ TEST(positions_not_finite, give_no_axis_frame_with_result_0)
 
 // Rz(NaN) spoils the X and Y axes and with them the angles: A and B take X, C takes Z of Y. The position is
 // the centre, its turn by 0 mm is exact.
-TEST(axis_value_not_finite, leaves_the_position_of_the_first_axis)
+TEST(Kine_CalcPositionerJ1Prm_3P, axis_value_not_finite_leaves_the_position)
 {
     SetUpTable();
-    for (const double value : {kNan, NanWithPayload(), kInf, -kInf}) {
-        PositionerRequest request = RequestFor({130, 200, 50}, {100, 230, 50}, {70, 200, 50});
-        request.taught[0].ExtAxis[0] = value;
-        const KineFrame frame = Solved(kJ1Call, request).frame;
-        EXPECT_NEAR(frame.X, 100.0, 1e-9);
-        EXPECT_NEAR(frame.Y, 200.0, 1e-9);
-        EXPECT_NEAR(frame.Z, 50.0, 1e-9);
-        for (const double angle : {frame.A, frame.B, frame.C}) EXPECT_TRUE(IsTheNan(angle));
+    for (const double value : {kNan, kNanWithPayload, kInf, -kInf}) {
+        PositionerCalibRequest request{UprightTable()};
+        request.poses[0].ExtAxis[0] = value;
+        ExpectPositionOfTheTableOnly(Solved(kJ1, request).frame);
     }
 }
 
 // As radians it spoils the inverse of the reference, and with it everything: the determinant is NaN.
-TEST(axis_value_not_finite, of_axis_n_gives_no_frame)
+TEST(Kine_CalcPositionerJnPrm_3P, value_of_axis_n_not_finite_gives_no_frame)
 {
     SetUpUnit({{0, kRotaryType}, {1, kRotaryType}});
-    for (const double value : {kNan, NanWithPayload(), kInf, -kInf}) {
-        PositionerRequest request = RequestFor({130, 200, 50}, {100, 230, 50}, {70, 200, 50});
+    for (const double value : {kNan, kNanWithPayload, kInf, -kInf}) {
+        PositionerCalibRequest request{UprightTable()};
         request.axis = 1;
-        request.taught[0].ExtAxis[0] = value;
-        ExpectAllNan(Solved(kJnCall, request).frame);
+        request.poses[0].ExtAxis[0] = value;
+        ExpectAllNan(Solved(kJn, request).frame);
     }
 }
 
 // As degrees, of the second axis while n is 1, it leaves the position.
-TEST(axis_value_not_finite, of_the_second_axis_leaves_the_position)
+TEST(Kine_CalcPositionerJnPrm_3P, value_of_the_second_axis_not_finite_leaves_the_position)
 {
     SetUpUnit({{0, kRotaryType}, {1, kRotaryType}});
-    PositionerRequest request = RequestFor({130, 200, 50}, {100, 230, 50}, {70, 200, 50});
+    PositionerCalibRequest request{UprightTable()};
     request.axis = 1;
-    request.taught[0].ExtAxis[1] = kInf;
-    const KineFrame frame = Solved(kJnCall, request).frame;
-    EXPECT_NEAR(frame.X, 100.0, 1e-9);
-    EXPECT_NEAR(frame.Y, 200.0, 1e-9);
-    EXPECT_NEAR(frame.Z, 50.0, 1e-9);
-    for (const double angle : {frame.A, frame.B, frame.C}) EXPECT_TRUE(IsTheNan(angle));
+    request.poses[0].ExtAxis[1] = kInf;
+    ExpectPositionOfTheTableOnly(Solved(kJn, request).frame);
 }
 
-TEST(reference_not_finite, angle_gives_no_frame_and_position_loses_its_position)
+TEST(Kine_CalcPositionerJnPrm_3P, reference_angle_not_finite_gives_no_frame_and_position_loses_its_position)
 {
     SetUpTable();
-    for (const double value : {kNan, NanWithPayload(), kInf, -kInf}) {
-        for (const auto angle : {&KineFrame::A, &KineFrame::B, &KineFrame::C}) {
-            PositionerRequest request = RequestFor({130, 200, 50}, {100, 230, 50}, {70, 200, 50});
+    for (const double value : {kNan, kNanWithPayload, kInf, -kInf}) {
+        for (const auto angle : kAngles) {
+            PositionerCalibRequest request{UprightTable()};
             request.reference.*angle = value;
-            ExpectAllNan(Solved(kJnCall, request).frame);
+            ExpectAllNan(Solved(kJn, request).frame);
         }
     }
     // Rz(0) of a position with NaN: x and y take each other, z takes both times 0.
-    PositionerRequest request = RequestFor({130, 200, 50}, {100, 230, 50}, {70, 200, 50});
+    PositionerCalibRequest request{UprightTable()};
     request.reference.Y = kNan;
-    const KineFrame frame = Solved(kJnCall, request).frame;
-    for (const double length : {frame.X, frame.Y, frame.Z}) EXPECT_TRUE(IsTheNan(length));
-    for (const double angle : {frame.A, frame.B, frame.C}) EXPECT_NEAR(angle, 0.0, 1e-9);
+    const KineFrame frame = Solved(kJn, request).frame;
+    for (const auto length : kCoordinates) EXPECT_TRUE(IsTheNan(frame.*length));
+    for (const auto angle : kAngles) EXPECT_NEAR(frame.*angle, 0.0, 1e-9);
 }
 
 // Only one position suffers: the two distances to it are NaN and count in the mean, the third is 5.
 TEST(Kine_CalcRobotBasePrm_3P, nan_distance_enters_the_mean_only)
 {
     SetUpTrack();
-    for (const double value : {kNan, NanWithPayload()}) {
+    for (const double value : {kNan, kNanWithPayload}) {
         for (std::size_t spoilt = 0; spoilt < 3; ++spoilt) {
-            PositionerRequest request = ExactTrack();
-            request.taught[(spoilt + 1) % 3].Frame.Z = 8.0;
-            request.taught[(spoilt + 2) % 3].Frame.Z = 13.0;
-            request.taught[spoilt].Frame.Z = value;
-            const PositionerOutcome outcome = Solved(kBaseCall, request);
-            EXPECT_EQ(outcome.error.Largest, 5.0);
-            EXPECT_TRUE(IsTheNan(outcome.error.Mean));
-            EXPECT_EQ(outcome.error.Smallest, 5.0);
+            PositionerCalibRequest request = ExactTrack();
+            request.poses[(spoilt + 1) % 3].Frame.Z = 8.0;
+            request.poses[(spoilt + 2) % 3].Frame.Z = 13.0;
+            request.poses[spoilt].Frame.Z = value;
+            const PositionerCalibOutcome outcome = Solved(kRobotBase, request);
+            EXPECT_EQ(outcome.report.Largest, 5.0);
+            EXPECT_TRUE(IsTheNan(outcome.report.Mean));
+            EXPECT_EQ(outcome.report.Smallest, 5.0);
             for (const auto element : kElements) EXPECT_EQ(outcome.frame.*element, 0.0);
         }
     }
@@ -201,27 +185,25 @@ TEST(Kine_CalcRobotBasePrm_3P, nan_distance_enters_the_mean_only)
 TEST(Kine_CalcRobotBasePrm_3P, nan_fit_spoils_a_and_b)
 {
     SetUpTrack();
-    const auto expectNoHeading = [](const PositionerRequest& request) {
-        const PositionerOutcome outcome = Solved(kBaseCall, request);
+    const auto expectNoHeading = [](const PositionerCalibRequest& request) {
+        const PositionerCalibOutcome outcome = Solved(kRobotBase, request);
         for (const auto element : {&KineFrame::X, &KineFrame::Y, &KineFrame::Z, &KineFrame::C}) {
             EXPECT_EQ(outcome.frame.*element, 0.0);
         }
         EXPECT_TRUE(IsTheNan(outcome.frame.A));
         EXPECT_TRUE(IsTheNan(outcome.frame.B));
-        EXPECT_EQ(outcome.error.Largest, 0.0);
-        EXPECT_TRUE(IsTheNan(outcome.error.Mean));
-        EXPECT_EQ(outcome.error.Smallest, 10000.0);
+        ExpectNanReport(outcome.report);
     };
     for (std::size_t pose = 0; pose < 3; ++pose) {
-        for (const double value : {kNan, NanWithPayload()}) {
-            PositionerRequest request = ExactTrack();
-            request.taught[pose].Frame.X = value;
+        for (const double value : {kNan, kNanWithPayload}) {
+            PositionerCalibRequest request = ExactTrack();
+            request.poses[pose].Frame.X = value;
             expectNoHeading(request);
             request = ExactTrack();
-            request.taught[pose].Frame.Y = value;
+            request.poses[pose].Frame.Y = value;
             expectNoHeading(request);
             request = ExactTrack();
-            request.taught[pose].ExtAxis[0] = value;
+            request.poses[pose].ExtAxis[0] = value;
             expectNoHeading(request);
         }
     }
@@ -232,9 +214,9 @@ TEST(Kine_CalcRobotBasePrm_3P, nan_fit_spoils_a_and_b)
 TEST(Kine_CalcRobotBasePrm_3P, infinite_track_move_heads_along_a_diagonal)
 {
     SetUpTrack();
-    PositionerRequest request = RequestFor({0, 0, 5}, {-3, -4, 5}, {-6, -8, 5});
-    request.taught[1].ExtAxis[0] = kInf;
-    const KineFrame frame = Solved(kBaseCall, request).frame;
+    PositionerCalibRequest request = RequestFor({0, 0, 5}, {-3, -4, 5}, {-6, -8, 5});
+    request.poses[1].ExtAxis[0] = kInf;
+    const KineFrame frame = Solved(kRobotBase, request).frame;
     EXPECT_NEAR(frame.A, -45.0, 1e-12);
     EXPECT_EQ(frame.B, 0.0);
     EXPECT_EQ(frame.C, 0.0);

@@ -2,38 +2,27 @@
 // is met exactly, and by the doubles next to it.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
-#include "support/positioner_calls.h"
+#include "support/positioner_calib_calls.h"
 
 using namespace kine::test;
 
 namespace {
 
-const std::array<PositionerCall, 2> kAxisCalls = {{kJ1Call, kJnCall}};
-constexpr int32_t kInt32Min = std::numeric_limits<int32_t>::min();
-constexpr int32_t kInt32Max = std::numeric_limits<int32_t>::max();
+const std::vector<PositionerCalib> kAxisCalibs = {kJ1, kJn};
 
 // The code for three positions; the track moves by 100 and 200 mm.
-KineResult CodeFor(const PositionerCall& call, const Point& p0, const Point& p1, const Point& p2)
+KineResult CodeFor(const PositionerCalib& call, const Point& p0, const Point& p1, const Point& p2)
 {
-    PositionerRequest request = SetUpGoodRequest(call);
-    request.taught = TaughtPoints(p0, p1, p2);
-    request.taught[1].ExtAxis[0] = 100.0;
-    request.taught[2].ExtAxis[0] = 200.0;
+    PositionerCalibRequest request = SetUpGoodRequest(call);
+    request.poses = TaughtPoints(p0, p1, p2);
+    request.poses[1].ExtAxis[0] = 100.0;
+    request.poses[2].ExtAxis[0] = 200.0;
     return Perform(call, request).code;
-}
-
-void SetPosition(KinePose& pose, double x, double y, double z)
-{
-    pose.Frame.X = x;
-    pose.Frame.Y = y;
-    pose.Frame.Z = z;
 }
 
 // One way of being refused. Faults of a lower place answer first. Faults of one lookup exclude one another:
@@ -43,47 +32,49 @@ struct Fault
     const char* name;
     int place;
     KineResult code;
-    void (*make)(PositionerRequest&);
+    void (*make)(PositionerCalibRequest&);
     bool isLookup = false;
 };
 
 std::vector<Fault> PoseFaults()
 {
     return {
-        {"p0 null", 0, KINE_ERR_POSE, [](PositionerRequest& r) { r.nullPose[0] = true; }},
-        {"p1 null", 0, KINE_ERR_POSE, [](PositionerRequest& r) { r.nullPose[1] = true; }},
-        {"p2 null", 0, KINE_ERR_POSE, [](PositionerRequest& r) { r.nullPose[2] = true; }},
-        {"p0 angle", 0, KINE_ERR_POSE, [](PositionerRequest& r) { r.taught[0].Frame.A = 180.5; }},
-        {"p1 angle", 0, KINE_ERR_POSE, [](PositionerRequest& r) { r.taught[1].Frame.B = -180.5; }},
-        {"p2 angle", 0, KINE_ERR_POSE, [](PositionerRequest& r) { r.taught[2].Frame.C = kInf; }},
-        {"frame null", 1, KINE_ERR_POSE, [](PositionerRequest& r) { r.nullFrame = true; }},
+        {"p0 null", 0, KINE_ERR_POSE, [](PositionerCalibRequest& r) { r.nullPose[0] = true; }},
+        {"p1 null", 0, KINE_ERR_POSE, [](PositionerCalibRequest& r) { r.nullPose[1] = true; }},
+        {"p2 null", 0, KINE_ERR_POSE, [](PositionerCalibRequest& r) { r.nullPose[2] = true; }},
+        {"p0 angle", 0, KINE_ERR_POSE, [](PositionerCalibRequest& r) { r.poses[0].Frame.A = 180.5; }},
+        {"p1 angle", 0, KINE_ERR_POSE, [](PositionerCalibRequest& r) { r.poses[1].Frame.B = -180.5; }},
+        {"p2 angle", 0, KINE_ERR_POSE, [](PositionerCalibRequest& r) { r.poses[2].Frame.C = kInf; }},
+        {"frame null", 1, KINE_ERR_POSE, [](PositionerCalibRequest& r) { r.nullFrame = true; }},
     };
 }
 
-void MakeClose(PositionerRequest& r) { r.taught[1].Frame = r.taught[0].Frame; }
+void MakeClose(PositionerCalibRequest& r) { r.poses[1].Frame = r.poses[0].Frame; }
 
-void MakeLine(PositionerRequest& r)
+void MakeLine(PositionerCalibRequest& r)
 {
-    SetPosition(r.taught[0], 0.0, 0.0, 0.0);
-    SetPosition(r.taught[1], 1.0, 2.0, 3.0);
-    SetPosition(r.taught[2], 2.0, 4.0, 6.0);
+    r.poses[0].Frame = At({0.0, 0.0, 0.0}, r.poses[0].Frame);
+    r.poses[1].Frame = At({1.0, 2.0, 3.0}, r.poses[1].Frame);
+    r.poses[2].Frame = At({2.0, 4.0, 6.0}, r.poses[2].Frame);
 }
 
-std::vector<Fault> FaultsOf(const PositionerCall& call)
+std::vector<Fault> FaultsOf(const PositionerCalib& call)
 {
     std::vector<Fault> faults = PoseFaults();
     const auto add = [&](const std::vector<Fault>& more) {
         faults.insert(faults.end(), more.begin(), more.end());
     };
-    const Fault noUnit = {"unit", 6, KINE_ERR_TOOL, [](PositionerRequest& r) { r.unit = -1; }, true};
-    if (call.run == kBaseCall.run) {
-        const auto makeStill = [](PositionerRequest& r) {
-            r.taught[1].ExtAxis[0] = r.taught[2].ExtAxis[0] = 0.0;
+    const Fault noUnit = {"unit", 6, KINE_ERR_TOOL, [](PositionerCalibRequest& r) { r.unit = -1; }, true};
+    if (call == kRobotBase) {
+        const auto makeStill = [](PositionerCalibRequest& r) {
+            r.poses[1].ExtAxis[0] = r.poses[2].ExtAxis[0] = 0.0;
         };
-        const auto makeFlat = [](PositionerRequest& r) {
-            for (int i = 0; i < 3; ++i) SetPosition(r.taught[static_cast<std::size_t>(i)], 1.0, 2.0, 3.0 * i);
+        const auto makeFlat = [](PositionerCalibRequest& r) {
+            for (KinePose& pose : r.poses) pose.Frame = At({1.0, 2.0, pose.Frame.Z}, pose.Frame);
+            r.poses[1].Frame.Z += 3.0;
+            r.poses[2].Frame.Z += 6.0;
         };
-        add({{"not linear", 2, KINE_ERR_POSE, [](PositionerRequest&) { StoreAxisType(0, 0); }, true}});
+        add({{"not linear", 2, KINE_ERR_POSE, [](PositionerCalibRequest&) { StoreAxisType(0, 0); }, true}});
         add({{"unit", 3, KINE_ERR_TOOL, noUnit.make, true}});
         add({{"close", 4, KINE_ERR_CALIB_POINTS_CLOSE, MakeClose}});
         add({{"still", 5, KINE_ERR_CALIB_INPUT, makeStill}});
@@ -93,15 +84,16 @@ std::vector<Fault> FaultsOf(const PositionerCall& call)
     add({{"close", 4, KINE_ERR_CALIB_POINTS_CLOSE, MakeClose},
          {"line", 5, KINE_ERR_CALIB_COLLINEAR, MakeLine}});
     add({noUnit});
-    if (call.run == kJnCall.run) {
-        const auto makeSingle = [](PositionerRequest& r) {
+    if (call == kJn) {
+        const auto makeSingle = [](PositionerCalibRequest& r) {
             StoreUnitWithAxes(0, {{1, kRotaryType}});
             r.axis = 1;
         };
-        add({{"reference null", 0, KINE_ERR_POSE, [](PositionerRequest& r) { r.nullReference = true; }}});
-        add({{"linear", 2, KINE_ERR_POSE, [](PositionerRequest&) { StoreAxisType(0, 1); }, true}});
-        add({{"n = 0", 3, KINE_ERR_CALIB_INPUT, [](PositionerRequest& r) { r.axis = 0; }, true}});
-        add({{"n beyond", 6, KINE_ERR_TOOL, [](PositionerRequest& r) { r.axis = 3; }, true}});
+        add({{"reference null", 0, KINE_ERR_POSE,
+              [](PositionerCalibRequest& r) { r.nullReference = true; }}});
+        add({{"linear", 2, KINE_ERR_POSE, [](PositionerCalibRequest&) { StoreAxisType(0, 1); }, true}});
+        add({{"n = 0", 3, KINE_ERR_CALIB_INPUT, [](PositionerCalibRequest& r) { r.axis = 0; }, true}});
+        add({{"n beyond", 6, KINE_ERR_TOOL, [](PositionerCalibRequest& r) { r.axis = 3; }, true}});
         add({{"no second axis", 6, KINE_ERR_TOOL, makeSingle, true}});
     }
     return faults;
@@ -111,11 +103,11 @@ std::vector<Fault> FaultsOf(const PositionerCall& call)
 
 TEST(positioner_calibrations, every_fault_gives_its_code)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
+    for (const PositionerCalib& call : kPositionerCalibs) {
         Solved(call, SetUpGoodRequest(call));
         for (const Fault& fault : FaultsOf(call)) {
             SCOPED_TRACE(fault.name);
-            PositionerRequest request = SetUpGoodRequest(call);
+            PositionerCalibRequest request = SetUpGoodRequest(call);
             fault.make(request);
             ExpectRefused(call, request, fault.code);
         }
@@ -124,14 +116,14 @@ TEST(positioner_calibrations, every_fault_gives_its_code)
 
 TEST(positioner_calibrations, of_two_faults_the_earlier_answers)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
+    for (const PositionerCalib& call : kPositionerCalibs) {
         const std::vector<Fault> faults = FaultsOf(call);
         for (const Fault& first : faults) {
             for (const Fault& second : faults) {
                 if (first.place >= second.place) continue;
                 if (first.isLookup && second.isLookup) continue;
                 SCOPED_TRACE(std::string(first.name) + " and " + second.name);
-                PositionerRequest request = SetUpGoodRequest(call);
+                PositionerCalibRequest request = SetUpGoodRequest(call);
                 second.make(request);
                 first.make(request);
                 ExpectRefused(call, request, first.code);
@@ -142,17 +134,17 @@ TEST(positioner_calibrations, of_two_faults_the_earlier_answers)
 
 TEST(positioner_calibrations, angle_of_180_passes_and_beyond_is_0x6010)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
+    for (const PositionerCalib& call : kPositionerCalibs) {
         for (std::size_t pose = 0; pose < 3; ++pose) {
-            for (const auto angle : {&KineFrame::A, &KineFrame::B, &KineFrame::C}) {
+            for (const auto angle : kAngles) {
                 for (const double side : {-1.0, 1.0}) {
-                    PositionerRequest request = SetUpGoodRequest(call);
+                    PositionerCalibRequest request = SetUpGoodRequest(call);
                     for (const double passing : {180.0, JustBelow(180.0), kNan}) {
-                        request.taught[pose].Frame.*angle = side * passing;
+                        request.poses[pose].Frame.*angle = side * passing;
                         Solved(call, request);
                     }
                     for (const double refused : {JustAbove(180.0), 360.0, kInf}) {
-                        request.taught[pose].Frame.*angle = side * refused;
+                        request.poses[pose].Frame.*angle = side * refused;
                         ExpectRefused(call, request, KINE_ERR_POSE);
                     }
                 }
@@ -164,7 +156,7 @@ TEST(positioner_calibrations, angle_of_180_passes_and_beyond_is_0x6010)
 // The square root of a square is exact, so that a distance along an axis is exactly the difference.
 TEST(positioner_calibrations, positions_nearer_than_1e_5_are_0x6065)
 {
-    for (const PositionerCall& call : kPositionerCalls) {
+    for (const PositionerCalib& call : kPositionerCalibs) {
         const auto first = [&](double d) { return CodeFor(call, {0, 0, 0}, {d, 0, 0}, {0, 100, 0}); };
         const auto second = [&](double d) { return CodeFor(call, {0, 0, 0}, {100, 0, 0}, {0, d, 0}); };
         // Seen from 1e-3 mm away the last two are 0.57 degrees apart and not on a line with the first.
@@ -180,8 +172,7 @@ TEST(positioner_calibrations, positions_nearer_than_1e_5_are_0x6065)
             EXPECT_EQ(first(passing), KINE_OK) << call.name;
             EXPECT_EQ(second(passing), KINE_OK) << call.name;
             // The squares of these ways, 2e-6 mm^2 in all, are too little for the base.
-            EXPECT_EQ(third(passing), call.run == kBaseCall.run ? KINE_ERR_CALIB_INPUT : KINE_OK)
-                << call.name;
+            EXPECT_EQ(third(passing), call == kRobotBase ? KINE_ERR_CALIB_INPUT : KINE_OK) << call.name;
             EXPECT_EQ(inHeight(passing), KINE_OK) << call.name;
         }
     }
@@ -190,7 +181,7 @@ TEST(positioner_calibrations, positions_nearer_than_1e_5_are_0x6065)
 // Unit directions (1, 0) and (c, s): the lengths are exactly 1 and the cosine is exactly c.
 TEST(positioner_calibrations, cosine_beyond_0_99999_is_0x6066)
 {
-    for (const PositionerCall& call : kAxisCalls) {
+    for (const PositionerCalib& call : kAxisCalibs) {
         const auto codeAt = [&](double c) {
             const double s = std::sqrt(1.0 - c * c);
             EXPECT_EQ(std::sqrt(c * c + s * s), 1.0) << "not a direction of length 1";
@@ -207,19 +198,19 @@ TEST(positioner_calibrations, cosine_beyond_0_99999_is_0x6066)
 // The base turns about Z alone: a line is all it needs.
 TEST(positioner_calibrations, positions_on_a_line_are_refused_by_the_axis_calls_only)
 {
-    EXPECT_EQ(CodeFor(kJ1Call, {5, 6, 7}, {15, 26, 37}, {25, 46, 67}), KINE_ERR_CALIB_COLLINEAR);
-    EXPECT_EQ(CodeFor(kJnCall, {15, 26, 37}, {5, 6, 7}, {25, 46, 67}), KINE_ERR_CALIB_COLLINEAR);
-    EXPECT_EQ(CodeFor(kBaseCall, {5, 6, 7}, {15, 26, 37}, {25, 46, 67}), KINE_OK);
+    EXPECT_EQ(CodeFor(kJ1, {5, 6, 7}, {15, 26, 37}, {25, 46, 67}), KINE_ERR_CALIB_COLLINEAR);
+    EXPECT_EQ(CodeFor(kJn, {15, 26, 37}, {5, 6, 7}, {25, 46, 67}), KINE_ERR_CALIB_COLLINEAR);
+    EXPECT_EQ(CodeFor(kRobotBase, {5, 6, 7}, {15, 26, 37}, {25, 46, 67}), KINE_OK);
 }
 
 TEST(Kine_CalcRobotBasePrm_3P, both_track_moves_below_0_1_are_0x6061)
 {
     const auto codeFor = [](double start, double first, double second) {
-        PositionerRequest request = SetUpGoodRequest(kBaseCall);
-        request.taught[0].ExtAxis[0] = start;
-        request.taught[1].ExtAxis[0] = first;
-        request.taught[2].ExtAxis[0] = second;
-        return Perform(kBaseCall, request).code;
+        PositionerCalibRequest request = SetUpGoodRequest(kRobotBase);
+        request.poses[0].ExtAxis[0] = start;
+        request.poses[1].ExtAxis[0] = first;
+        request.poses[2].ExtAxis[0] = second;
+        return Perform(kRobotBase, request).code;
     };
     for (const double side : {-1.0, 1.0}) {
         for (const double passing : {0.1, JustAbove(0.1), 0.2}) {
@@ -245,7 +236,7 @@ TEST(Kine_CalcRobotBasePrm_3P, squared_ways_with_a_determinant_up_to_1e_10_are_0
 {
     const auto codeFor = [](double y, double expectedSum) {
         EXPECT_EQ(0.0025 * 0.0025 + y * y, expectedSum);
-        return CodeFor(kBaseCall, {0, 0, 0}, {0.0025, 0, 10}, {0, y, 20});
+        return CodeFor(kRobotBase, {0, 0, 0}, {0.0025, 0, 10}, {0, y, 20});
     };
     const double below = JustBelow(1e-5);
     ASSERT_LT(below * below, 1e-10);
@@ -253,37 +244,37 @@ TEST(Kine_CalcRobotBasePrm_3P, squared_ways_with_a_determinant_up_to_1e_10_are_0
     EXPECT_EQ(codeFor(0.0019364916731037082, below), KINE_ERR_CALIB_INPUT);
     EXPECT_EQ(codeFor(0.0019364916731037087, 1e-5), KINE_OK);
     EXPECT_EQ(codeFor(0.001936491673103709, JustAbove(1e-5)), KINE_OK);
-    EXPECT_EQ(CodeFor(kBaseCall, {3, 4, 0}, {3, 4, 10}, {3, 4, 20}), KINE_ERR_CALIB_INPUT);
+    EXPECT_EQ(CodeFor(kRobotBase, {3, 4, 0}, {3, 4, 10}, {3, 4, 20}), KINE_ERR_CALIB_INPUT);
 }
 
 TEST(Kine_CalcRobotBasePrm_3P, first_axis_of_any_type_but_1_is_0x6010)
 {
-    PositionerRequest request = SetUpGoodRequest(kBaseCall);
+    PositionerCalibRequest request = SetUpGoodRequest(kRobotBase);
     StoreUnitWithAxes(0, {{3, kLinearType}, {4, kLinearType}});
-    request.taught = MarkBesideTrack(25.0, {700.0, -900.0, 400.0}, {0.0, 400.0, 1000.0}, 3);
+    request.poses = MarkBesideTrack(25.0, {700.0, -900.0, 400.0}, {0.0, 400.0, 1000.0}, 3);
     for (const int type : {0, 2, 3, -1, 257, 32767, -32768}) {
         StoreAxisType(3, type);
-        ExpectRefused(kBaseCall, request, KINE_ERR_POSE);
+        ExpectRefused(kRobotBase, request, KINE_ERR_POSE);
     }
     StoreAxisType(3, 1);
-    Solved(kBaseCall, request);
+    Solved(kRobotBase, request);
 }
 
 TEST(Kine_CalcPositionerJnPrm_3P, linear_axis_n_is_0x6010)
 {
-    PositionerRequest request = SetUpGoodRequest(kJnCall);
+    PositionerCalibRequest request = SetUpGoodRequest(kJn);
     StoreUnitWithAxes(0, {{3, kRotaryType}, {4, kRotaryType}, {5, kRotaryType}});
     for (int axis = 1; axis <= 3; ++axis) {
         request.axis = axis;
         for (int driver = 3; driver <= 5; ++driver) StoreAxisType(driver, driver == axis + 2 ? 1 : 0);
-        ExpectRefused(kJnCall, request, KINE_ERR_POSE);
+        ExpectRefused(kJn, request, KINE_ERR_POSE);
         for (int driver = 3; driver <= 5; ++driver) StoreAxisType(driver, driver == axis + 2 ? 0 : 1);
-        Solved(kJnCall, request);
+        Solved(kJn, request);
     }
     // Before the missing second axis.
     StoreUnitWithAxes(0, {{3, kLinearType}});
     request.axis = 1;
-    ExpectRefused(kJnCall, request, KINE_ERR_POSE);
+    ExpectRefused(kJn, request, KINE_ERR_POSE);
 }
 
 // No axis is found for such a number, so none is linear; and the unit need not be known.
@@ -291,13 +282,13 @@ TEST(Kine_CalcPositionerJnPrm_3P, axis_number_below_1_is_0x6061)
 {
     for (const int type : {kRotaryType, kLinearType}) {
         for (const int32_t axis : {0, -1, -2, -2147483647, kInt32Min}) {
-            PositionerRequest request = SetUpGoodRequest(kJnCall);
+            PositionerCalibRequest request = SetUpGoodRequest(kJn);
             StoreAxisType(0, type);
             request.axis = axis;
-            ExpectRefused(kJnCall, request, KINE_ERR_CALIB_INPUT);
+            ExpectRefused(kJn, request, KINE_ERR_CALIB_INPUT);
             for (const int32_t unit : {1, 2, -1, kInt32Min, kInt32Max}) {
                 request.unit = unit;
-                ExpectRefused(kJnCall, request, KINE_ERR_CALIB_INPUT);
+                ExpectRefused(kJn, request, KINE_ERR_CALIB_INPUT);
             }
         }
     }
@@ -305,9 +296,9 @@ TEST(Kine_CalcPositionerJnPrm_3P, axis_number_below_1_is_0x6061)
 
 TEST(Kine_CalcPositionerJnPrm_3P, axis_number_beyond_the_unit_is_0x6011)
 {
-    PositionerRequest request = SetUpGoodRequest(kJnCall);
+    PositionerCalibRequest request = SetUpGoodRequest(kJn);
     for (const int32_t axis : {3, 4, 6, 7, 255, 256, 257, 65537, 2147483646, kInt32Max}) {
         request.axis = axis;
-        ExpectRefused(kJnCall, request, KINE_ERR_TOOL);
+        ExpectRefused(kJn, request, KINE_ERR_TOOL);
     }
 }

@@ -2,15 +2,15 @@
 // in this process stores an arm type.
 #include <gtest/gtest.h>
 
-#include "support/positioner_calls.h"
+#include "support/positioner_calib_calls.h"
 
 using namespace kine::test;
 
 TEST(before_initialisation, positioners_are_calibrated)
 {
-    for (const PositionerCall& call : {kJ1Call, kJnCall}) {
+    for (const PositionerCalib& call : {kJ1, kJn}) {
         StoreGoodUnit(call);
-        PositionerRequest request = GoodRequest(call);
+        PositionerCalibRequest request = GoodRequest(call);
         request.reference = {};
         EXPECT_TRUE(IsFrame(Solved(call, request).frame, Shift(100.0, 200.0, 50.0)));
     }
@@ -18,8 +18,8 @@ TEST(before_initialisation, positioners_are_calibrated)
 
 TEST(before_initialisation, robot_bases_are_calibrated)
 {
-    StoreGoodUnit(kBaseCall);
-    const PositionerOutcome outcome = Solved(kBaseCall, GoodRequest(kBaseCall));
+    StoreGoodUnit(kRobotBase);
+    const PositionerCalibOutcome outcome = Solved(kRobotBase, GoodRequest(kRobotBase));
     EXPECT_TRUE(IsFrame(outcome.frame, TurnZDeg(25.0)));
-    EXPECT_NEAR(outcome.error.Largest, 0.0, 1e-9);
+    EXPECT_NEAR(outcome.report.Largest, 0.0, 1e-9);
 }

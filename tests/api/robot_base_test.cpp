@@ -3,14 +3,12 @@
 // a fit in complex numbers: w carries the way of the robot onto that of the track, w * a = d.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <complex>
-#include <limits>
+#include <utility>
 
-#include "support/positioner_calls.h"
-#include "support/seeded_random.h"
+#include "support/positioner_calib_calls.h"
 
 using namespace kine::test;
 
@@ -18,7 +16,6 @@ namespace {
 
 using Complex = std::complex<double>;
 
-constexpr double kDeg = 1e-9;
 constexpr Point kMark = {700.0, -900.0, 400.0};
 
 // Heading in degrees and the report, by the projection of the track's moves onto the robot's.
@@ -28,7 +25,7 @@ struct Fit
     KineCalibError report;
 };
 
-Fit FitOf(const Taught& taught, int extAxis)
+Fit FitOf(const ThreePoses& taught, int extAxis)
 {
     std::array<Complex, 3> point;
     std::array<double, 3> height{};
@@ -52,39 +49,23 @@ Fit FitOf(const Taught& taught, int extAxis)
         const Complex apart = w * (point[i] - point[j]) + travel[i] - travel[j];
         distance[i] = std::hypot(std::abs(apart), height[i] - height[j]);
     }
-    const auto [smallest, largest] = std::minmax_element(distance.begin(), distance.end());
-    const double mean = (distance[0] + distance[1] + distance[2]) / 3.0;
-    return {InDegrees(std::arg(w)), {*largest, mean, *smallest}};
+    return {InDegrees(std::arg(w)), ReportOf(distance)};
 }
 
 // Nothing but the rotation about Z.
-void ExpectHeading(const KineFrame& frame, double heading, double tolerance = kDeg)
+void ExpectHeading(const KineFrame& frame, double heading, double tolerance = kTruthDeg)
 {
-    EXPECT_EQ(frame.X, 0.0);
-    EXPECT_EQ(frame.Y, 0.0);
-    EXPECT_EQ(frame.Z, 0.0);
+    for (const auto length : kCoordinates) EXPECT_EQ(frame.*length, 0.0);
     EXPECT_NEAR(std::remainder(frame.A - heading, 360.0), 0.0, tolerance);
     EXPECT_EQ(frame.B, 0.0);
     EXPECT_EQ(frame.C, 0.0);
 }
 
-void ExpectReport(const KineCalibError& actual, const KineCalibError& expected, double tolerance = 1e-9)
+// Touched at these positions with these travels of external axis 0.
+PositionerCalibRequest Touched(const Point& p0, const Point& p1, const Point& p2, const Values& travels)
 {
-    EXPECT_NEAR(actual.Largest, expected.Largest, tolerance);
-    EXPECT_NEAR(actual.Mean, expected.Mean, tolerance);
-    EXPECT_NEAR(actual.Smallest, expected.Smallest, tolerance);
+    return {{TaughtAt(p0, 0, travels[0]), TaughtAt(p1, 0, travels[1]), TaughtAt(p2, 0, travels[2])}};
 }
-
-// Positions with these travels of external axis 0.
-PositionerRequest Touched(const Taught& points, const Values& travels)
-{
-    PositionerRequest request;
-    request.taught = points;
-    for (std::size_t i = 0; i < 3; ++i) request.taught[i].ExtAxis[0] = travels[i];
-    return request;
-}
-
-void SetUpTrack(int extAxis = 0) { SetUpUnit({{extAxis, kLinearType}}); }
 
 }  // namespace
 
@@ -93,34 +74,31 @@ void SetUpTrack(int extAxis = 0) { SetUpUnit({{extAxis, kLinearType}}); }
 TEST(Kine_CalcRobotBasePrm_3P, track_along_y_of_the_base_is_a_turn_of_minus_90)
 {
     SetUpTrack();
-    const PositionerOutcome outcome = Solved(
-        kBaseCall, Touched(TaughtPoints({500, 300, 80}, {500, 200, 80}, {500, 50, 80}), {0, 100, 250}));
+    const PositionerCalibOutcome outcome =
+        Solved(kRobotBase, Touched({500, 300, 80}, {500, 200, 80}, {500, 50, 80}, {0, 100, 250}));
     ExpectHeading(outcome.frame, -90.0);
-    ExpectReport(outcome.error, {0.0, 0.0, 0.0});
+    ExpectReport(outcome.report, {0.0, 0.0, 0.0});
 }
 
 TEST(Kine_CalcRobotBasePrm_3P, track_along_x_of_the_base_is_no_turn_and_against_x_half_a_turn)
 {
     SetUpTrack();
-    ExpectHeading(Solved(kBaseCall,
-                         Touched(TaughtPoints({500, 300, 80}, {400, 300, 80}, {250, 300, 80}), {0, 100, 250}))
-                      .frame,
-                  0.0);
-    ExpectHeading(Solved(kBaseCall,
-                         Touched(TaughtPoints({500, 300, 80}, {600, 300, 80}, {750, 300, 80}), {0, 100, 250}))
-                      .frame,
-                  180.0);
+    ExpectHeading(
+        Solved(kRobotBase, Touched({500, 300, 80}, {400, 300, 80}, {250, 300, 80}, {0, 100, 250})).frame,
+        0.0);
+    ExpectHeading(
+        Solved(kRobotBase, Touched({500, 300, 80}, {600, 300, 80}, {750, 300, 80}, {0, 100, 250})).frame,
+        180.0);
 }
 
 TEST(Kine_CalcRobotBasePrm_3P, every_heading_is_found)
 {
     SetUpTrack();
     for (int heading = -180; heading <= 180; heading += 5) {
-        PositionerRequest request;
-        request.taught = MarkBesideTrack(heading, kMark, {-200.0, 350.0, 1300.0}, 0);
-        const PositionerOutcome outcome = Solved(kBaseCall, request);
+        PositionerCalibRequest request{MarkBesideTrack(heading, kMark, {-200.0, 350.0, 1300.0}, 0)};
+        const PositionerCalibOutcome outcome = Solved(kRobotBase, request);
         ExpectHeading(outcome.frame, heading);
-        ExpectReport(outcome.error, {0.0, 0.0, 0.0});
+        ExpectReport(outcome.report, {0.0, 0.0, 0.0});
     }
 }
 
@@ -130,16 +108,14 @@ TEST(Kine_CalcRobotBasePrm_3P, moves_may_be_unequal_negative_or_one_of_them_noth
     SetUpTrack();
     for (const Values& travels :
          {Values{0, 0.1, 2000}, Values{500, -700, 500.05}, Values{-3, -400, -12}, Values{1e4, 1e4 + 3, 0}}) {
-        PositionerRequest request;
-        request.taught = MarkBesideTrack(67.0, kMark, travels, 0);
-        const PositionerOutcome outcome = Solved(kBaseCall, request);
+        PositionerCalibRequest request{MarkBesideTrack(67.0, kMark, travels, 0)};
+        const PositionerCalibOutcome outcome = Solved(kRobotBase, request);
         ExpectHeading(outcome.frame, 67.0);
-        ExpectReport(outcome.error, {0.0, 0.0, 0.0}, 1e-8);
+        ExpectReport(outcome.report, {0.0, 0.0, 0.0}, 1e-8);
     }
-    PositionerRequest still;
-    still.taught = MarkBesideTrack(67.0, kMark, {0.0, 300.0, 0.0}, 0);
-    still.taught[2].Frame.Z += 30.0;
-    ExpectHeading(Solved(kBaseCall, still).frame, 67.0);
+    PositionerCalibRequest still{MarkBesideTrack(67.0, kMark, {0.0, 300.0, 0.0}, 0)};
+    still.poses[2].Frame.Z += 30.0;
+    ExpectHeading(Solved(kRobotBase, still).frame, 67.0);
 }
 
 TEST(Kine_CalcRobotBasePrm_3P, random_headings_and_marks_are_found)
@@ -153,11 +129,10 @@ TEST(Kine_CalcRobotBasePrm_3P, random_headings_and_marks_are_found)
                                 start - random.Uniform(50.0, 2000.0)};
         const Point mark = {random.Uniform(-2000.0, 2000.0), random.Uniform(-2000.0, 2000.0),
                             random.Uniform(-500.0, 1500.0)};
-        PositionerRequest request;
-        request.taught = MarkBesideTrack(heading, mark, travels, 0);
-        const PositionerOutcome outcome = Solved(kBaseCall, request);
+        PositionerCalibRequest request{MarkBesideTrack(heading, mark, travels, 0)};
+        const PositionerCalibOutcome outcome = Solved(kRobotBase, request);
         ExpectHeading(outcome.frame, heading);
-        ExpectReport(outcome.error, {0.0, 0.0, 0.0});
+        ExpectReport(outcome.report, {0.0, 0.0, 0.0});
     }
 }
 
@@ -169,18 +144,15 @@ TEST(Kine_CalcRobotBasePrm_3P, noisy_touches_match_an_independent_fit)
         const double start = random.Uniform(-2000.0, 2000.0);
         const Values travels = {start, start + random.Uniform(50.0, 2000.0),
                                 start - random.Uniform(50.0, 2000.0)};
-        PositionerRequest request;
-        request.taught = MarkBesideTrack(random.Uniform(-180.0, 180.0), kMark, travels, 0);
-        for (KinePose& pose : request.taught) {
-            pose.Frame.X += random.Uniform(-0.1, 0.1);
-            pose.Frame.Y += random.Uniform(-0.1, 0.1);
-            pose.Frame.Z += random.Uniform(-0.1, 0.1);
+        PositionerCalibRequest request{MarkBesideTrack(random.Uniform(-180.0, 180.0), kMark, travels, 0)};
+        for (KinePose& pose : request.poses) {
+            pose.Frame = At(PositionOf(pose) + AnyPoint(random, 0.1), pose.Frame);
         }
-        const Fit fit = FitOf(request.taught, 0);
-        const PositionerOutcome outcome = Solved(kBaseCall, request);
+        const Fit fit = FitOf(request.poses, 0);
+        const PositionerCalibOutcome outcome = Solved(kRobotBase, request);
         ExpectHeading(outcome.frame, fit.heading);
-        ExpectReport(outcome.error, fit.report);
-        EXPECT_GT(outcome.error.Smallest, 0.0);
+        ExpectReport(outcome.report, fit.report);
+        EXPECT_GT(outcome.report.Smallest, 0.0);
     }
 }
 
@@ -190,18 +162,14 @@ TEST(Kine_CalcRobotBasePrm_3P, unrelated_touches_match_an_independent_fit)
     SetUpTrack();
     SeededRandom random(630303);
     for (int round = 0; round < 300; ++round) {
-        Taught points{};
-        for (KinePose& pose : points) {
-            pose = TaughtAt({random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0),
-                             random.Uniform(-900.0, 900.0)});
-        }
-        const PositionerRequest request = Touched(
-            points,
-            {random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0)});
-        const Fit fit = FitOf(request.taught, 0);
-        const PositionerOutcome outcome = Solved(kBaseCall, request);
+        const Point p0 = AnyPoint(random, 900.0);
+        const Point p1 = AnyPoint(random, 900.0);
+        const Point p2 = AnyPoint(random, 900.0);
+        const PositionerCalibRequest request = Touched(p0, p1, p2, AnyPoint(random, 900.0));
+        const Fit fit = FitOf(request.poses, 0);
+        const PositionerCalibOutcome outcome = Solved(kRobotBase, request);
         ExpectHeading(outcome.frame, fit.heading);
-        ExpectReport(outcome.error, fit.report);
+        ExpectReport(outcome.report, fit.report);
     }
 }
 
@@ -210,24 +178,20 @@ TEST(Kine_CalcRobotBasePrm_3P, unrelated_touches_match_an_independent_fit)
 TEST(Kine_CalcRobotBasePrm_3P, report_keeps_the_scale_of_the_fit)
 {
     SetUpTrack();
-    const PositionerOutcome outcome =
-        Solved(kBaseCall, Touched(TaughtPoints({0, 0, 9}, {-50, 0, 9}, {-100, 0, 9}), {0, 100, 200}));
+    const PositionerCalibOutcome outcome =
+        Solved(kRobotBase, Touched({0, 0, 9}, {-50, 0, 9}, {-100, 0, 9}, {0, 100, 200}));
     ExpectHeading(outcome.frame, 0.0);
-    EXPECT_EQ(outcome.error.Largest, 0.0);
-    EXPECT_EQ(outcome.error.Mean, 0.0);
-    EXPECT_EQ(outcome.error.Smallest, 0.0);
+    ExpectReport(outcome.report, {0.0, 0.0, 0.0}, 0.0);
 }
 
 // Heading 0 and scale 1 exactly; heights 0, 3 and 7 are all that differs, by 3, 7 and 4.
 TEST(Kine_CalcRobotBasePrm_3P, report_is_largest_mean_smallest)
 {
     SetUpTrack();
-    const PositionerOutcome outcome =
-        Solved(kBaseCall, Touched(TaughtPoints({0, 0, 0}, {-100, 0, 3}, {-200, 0, 7}), {0, 100, 200}));
+    const PositionerCalibOutcome outcome =
+        Solved(kRobotBase, Touched({0, 0, 0}, {-100, 0, 3}, {-200, 0, 7}, {0, 100, 200}));
     ExpectHeading(outcome.frame, 0.0);
-    EXPECT_EQ(outcome.error.Largest, 7.0);
-    EXPECT_EQ(outcome.error.Mean, 14.0 / 3.0);
-    EXPECT_EQ(outcome.error.Smallest, 3.0);
+    ExpectReport(outcome.report, {7.0, 14.0 / 3.0, 3.0}, 0.0);
 }
 
 TEST(Kine_CalcRobotBasePrm_3P, smallest_distance_is_reported_as_10000_at_most)
@@ -235,22 +199,19 @@ TEST(Kine_CalcRobotBasePrm_3P, smallest_distance_is_reported_as_10000_at_most)
     SetUpTrack();
     for (const auto& [step, smallest] : {std::pair{9999.0, 9999.0}, std::pair{10000.0, 10000.0},
                                          std::pair{10001.0, 10000.0}, std::pair{20000.0, 10000.0}}) {
-        const PositionerOutcome outcome = Solved(
-            kBaseCall, Touched(TaughtPoints({0, 0, 0}, {-100, 0, step}, {-200, 0, 2 * step}), {0, 100, 200}));
-        EXPECT_EQ(outcome.error.Largest, 2.0 * step);
-        EXPECT_EQ(outcome.error.Mean, 4.0 * step / 3.0);
-        EXPECT_EQ(outcome.error.Smallest, smallest);
+        const PositionerCalibOutcome outcome =
+            Solved(kRobotBase, Touched({0, 0, 0}, {-100, 0, step}, {-200, 0, 2 * step}, {0, 100, 200}));
+        ExpectReport(outcome.report, {2.0 * step, 4.0 * step / 3.0, smallest}, 0.0);
     }
 }
 
 TEST(Kine_CalcRobotBasePrm_3P, heights_do_not_change_the_heading)
 {
     SetUpTrack();
-    PositionerRequest request;
-    request.taught = MarkBesideTrack(-140.0, kMark, {0.0, 300.0, 800.0}, 0);
-    request.taught[0].Frame.Z = -4e5;
-    request.taught[1].Frame.Z = 7e5;
-    ExpectHeading(Solved(kBaseCall, request).frame, -140.0);
+    PositionerCalibRequest request{MarkBesideTrack(-140.0, kMark, {0.0, 300.0, 800.0}, 0)};
+    request.poses[0].Frame.Z = -4e5;
+    request.poses[1].Frame.Z = 7e5;
+    ExpectHeading(Solved(kRobotBase, request).frame, -140.0);
 }
 
 // All other external axes hold NaN or a misleading value.
@@ -259,10 +220,9 @@ TEST(Kine_CalcRobotBasePrm_3P, param_index_of_the_first_axis_picks_the_external_
     for (int extAxis = 0; extAxis < 6; ++extAxis) {
         const int other = (extAxis + 5) % 6;
         SetUpUnit({{extAxis, kLinearType}, {other, kRotaryType}});
-        PositionerRequest request;
-        request.taught = MarkBesideTrack(80.0, kMark, {0.0, 300.0, 800.0}, extAxis);
-        request.taught[1].ExtAxis[other] = 1000.0;
-        ExpectHeading(Solved(kBaseCall, request).frame, 80.0);
+        PositionerCalibRequest request{MarkBesideTrack(80.0, kMark, {0.0, 300.0, 800.0}, extAxis)};
+        request.poses[1].ExtAxis[other] = 1000.0;
+        ExpectHeading(Solved(kRobotBase, request).frame, 80.0);
     }
 }
 
@@ -274,10 +234,10 @@ TEST(Kine_CalcRobotBasePrm_3P, unit_index_picks_the_unit)
     StoreUnitWithAxes(1, {{0, kLinearType}});
     StoreUnitWithAxes(2, {{3, kLinearType}});
     for (const auto& [unit, extAxis] : {std::pair{1, 0}, std::pair{2, 3}}) {
-        PositionerRequest request;
+        PositionerCalibRequest request;
         request.unit = unit;
-        request.taught = MarkBesideTrack(12.0, kMark, {0.0, 300.0, 800.0}, extAxis);
-        ExpectHeading(Solved(kBaseCall, request).frame, 12.0);
+        request.poses = MarkBesideTrack(12.0, kMark, {0.0, 300.0, 800.0}, extAxis);
+        ExpectHeading(Solved(kRobotBase, request).frame, 12.0);
     }
 }
 
@@ -287,8 +247,7 @@ TEST(Kine_CalcRobotBasePrm_3P, fit_that_nearly_vanishes_counts_as_looking_along_
 {
     SetUpTrack();
     const auto headed = [](double way) {
-        return Solved(kBaseCall, Touched(TaughtPoints({0, 0, 0}, {-way, 0, 0}, {-way, 0, 50}), {0, 0.1, 0.1}))
-            .frame;
+        return Solved(kRobotBase, Touched({0, 0, 0}, {-way, 0, 0}, {-way, 0, 50}, {0, 0.1, 0.1})).frame;
     };
     ExpectHeading(headed(9990.0), 0.0);
     const KineFrame vanished = headed(10010.0);

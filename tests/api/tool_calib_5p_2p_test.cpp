@@ -27,7 +27,7 @@ ToolCalibRequest HalfTurns(const std::array<Point, 4>& slips)
     const Point steps[] = {{0.0, 40.0, 60.0}, {20.0, 0.0, 60.0}, {20.0, 40.0, 0.0}, {0.0, 0.0, 0.0}};
     ToolCalibRequest request{{TaughtPose(kAt)}};
     for (std::size_t i = 0; i < 4; ++i) {
-        request.poses.push_back(TaughtPose(Sum(kAt, Sum(steps[i], slips[i])), angles[i]));
+        request.poses.push_back(TaughtPose(kAt + steps[i] + slips[i], angles[i]));
     }
     return request;
 }
@@ -45,8 +45,8 @@ TEST(Kine_CalcGripToolPrm_5P, half_turns_give_the_tool_point)
 {
     UseArm(KINE_ARM_SIX_AXIS);
     const ToolCalibOutcome outcome = Solved(kGrip5P, HalfTurns({}));
-    ExpectPoint(outcome.frame, kTool);
-    ExpectReport(outcome.report, 0.0, 0.0, 0.0);
+    EXPECT_TRUE(IsPointFrame(outcome.frame, kTool));
+    ExpectReport(outcome.report, {0.0, 0.0, 0.0});
 }
 
 TEST(Kine_CalcGripToolPrm_5P, disagreeing_poses_give_the_least_squares_point_and_a_report_of_ten_pairs)
@@ -54,20 +54,20 @@ TEST(Kine_CalcGripToolPrm_5P, disagreeing_poses_give_the_least_squares_point_and
     UseArm(KINE_ARM_SIX_AXIS);
     const ToolCalibOutcome outcome = Solved(
         kGrip5P, HalfTurns({{{0.0, 12.0, 3.0}, {4.0, 0.0, -3.0}, {-4.0, -12.0, 0.0}, {0.0, 0.0, 12.0}}}));
-    ExpectPoint(outcome.frame, kTool);
+    EXPECT_TRUE(IsPointFrame(outcome.frame, kTool));
     // First with the others: sqrt(153), 5, sqrt(160), 12. Second: (4, -12, -6), (-4, -24, -3), (0, -12, 9).
     // Third: (-8, -12, 3), (-4, 0, 15). Fourth with fifth: (4, 12, 12).
     const double sum = std::sqrt(153.0) + 5.0 + std::sqrt(160.0) + 12.0 + 14.0 + std::sqrt(601.0) + 15.0 +
                        std::sqrt(217.0) + std::sqrt(241.0) + std::sqrt(304.0);
-    ExpectReport(outcome.report, std::sqrt(601.0), sum / 10.0, 5.0);
+    ExpectReport(outcome.report, {std::sqrt(601.0), sum / 10.0, 5.0});
 }
 
 TEST(Kine_CalcGripToolPrm_5P, fifth_pose_alone_off_the_point_is_in_four_pairs)
 {
     UseArm(KINE_ARM_SIX_AXIS);
     const ToolCalibOutcome outcome = Solved(kGrip5P, HalfTurns({{{}, {}, {}, {3.0, -4.0, 12.0}}}));
-    ExpectPoint(outcome.frame, kTool);
-    ExpectReport(outcome.report, 13.0, 4.0 * 13.0 / 10.0, 0.0);
+    EXPECT_TRUE(IsPointFrame(outcome.frame, kTool));
+    ExpectReport(outcome.report, {13.0, 4.0 * 13.0 / 10.0, 0.0});
 }
 
 TEST(Kine_CalcGripToolPrm_5P, equal_positions_and_positions_on_one_line_are_solved)
@@ -78,13 +78,11 @@ TEST(Kine_CalcGripToolPrm_5P, equal_positions_and_positions_on_one_line_are_solv
         pose.Frame.X = pose.Frame.Y = pose.Frame.Z = 77.0;
     }
     const ToolCalibOutcome equal = Solved(kGrip5P, request);
-    ExpectPoint(equal.frame, {0.0, 0.0, 0.0}, 0.0);
-    EXPECT_EQ(equal.report.Largest, 0.0);
-    EXPECT_EQ(equal.report.Mean, 0.0);
-    EXPECT_EQ(equal.report.Smallest, 0.0);
+    EXPECT_TRUE(IsPointFrame(equal.frame, {0.0, 0.0, 0.0}, 0.0));
+    ExpectReport(equal.report, {0.0, 0.0, 0.0}, 0.0);
     // Steps along X of 8, 16, 24, 32: t.x = 2 (16 + 24) / 8, the other two 0.
     for (std::size_t i = 1; i < 5; ++i) request.poses[i].Frame.X += 8.0 * static_cast<double>(i);
-    ExpectPoint(Solved(kGrip5P, request).frame, {10.0, 0.0, 0.0});
+    EXPECT_TRUE(IsPointFrame(Solved(kGrip5P, request).frame, {10.0, 0.0, 0.0}));
 }
 
 TEST(Kine_CalcGripToolPrm_5P, smallest_distance_reads_10000_beyond_10000_mm)
@@ -94,7 +92,7 @@ TEST(Kine_CalcGripToolPrm_5P, smallest_distance_reads_10000_beyond_10000_mm)
     const std::array<Point, 4> slips = {
         {{0.0, 24000.0, 0.0}, {12000.0, 0.0, 0.0}, {-12000.0, -24000.0, 0.0}, {0.0, 0.0, 36000.0}}};
     const ToolCalibOutcome outcome = Solved(kGrip5P, HalfTurns(slips));
-    ExpectPoint(outcome.frame, kTool, 1e-8);
+    EXPECT_TRUE(IsPointFrame(outcome.frame, kTool, 1e-8));
     EXPECT_EQ(outcome.report.Smallest, 10000.0);
     EXPECT_NEAR(outcome.report.Largest, std::hypot(12000.0, 48000.0), 1e-8);
     std::array<Point, 4> nearer = slips;
@@ -127,7 +125,7 @@ TEST(Kine_CalcGripToolPrm_Scara2P, quarter_turn_gives_the_tool_point)
 {
     for (const std::uint32_t armType : kFlatArmTypes) {
         UseArm(armType);
-        ExpectPoint(Solved(kScara2P, QuarterTurn()).frame, {10.0, 20.0, 0.0});
+        EXPECT_TRUE(IsPointFrame(Solved(kScara2P, QuarterTurn()).frame, {10.0, 20.0, 0.0}));
     }
 }
 
@@ -138,7 +136,7 @@ TEST(Kine_CalcGripToolPrm_Scara2P, half_turn_gives_half_the_step)
         UseArm(armType);
         const ToolCalibRequest request{
             {TaughtPose({400.0, 100.0, 5.0}), TaughtPose({424.0, 64.0, 5.0}, {180.0, 0.0, 0.0})}};
-        ExpectPoint(Solved(kScara2P, request).frame, {12.0, -18.0, 0.0});
+        EXPECT_TRUE(IsPointFrame(Solved(kScara2P, request).frame, {12.0, -18.0, 0.0}));
     }
 }
 

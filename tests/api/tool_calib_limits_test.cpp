@@ -25,20 +25,8 @@ ToolCalibRequest TouchesAt(std::uint32_t armType, const Point& p0, const Point& 
 {
     ToolCalibRequest request = ZeroToolRequest(armType);
     const Point places[] = {p0, p1, p2};
-    for (std::size_t i = 0; i < 3; ++i) {
-        request.poses[i].Frame.X = places[i][0];
-        request.poses[i].Frame.Y = places[i][1];
-        request.poses[i].Frame.Z = places[i][2];
-    }
+    for (std::size_t i = 0; i < 3; ++i) request.poses[i].Frame = At(places[i], request.poses[i].Frame);
     return request;
-}
-
-// A step of this length along one axis.
-Point Along(std::size_t axis, double length)
-{
-    Point step{};
-    step[axis] = length;
-    return step;
 }
 
 void ExpectTouchCode(const ToolCalibRequest& request, KineResult code)
@@ -105,7 +93,7 @@ void ExpectFrameCode(const ToolCalib& call, const ToolCalibRequest& request, Kin
 
 }  // namespace
 
-TEST(three_touches, positions_nearer_than_1e_minus_5_mm_are_0x6065)
+TEST(tool_calibrations, three_touches_nearer_than_1e_minus_5_mm_are_0x6065)
 {
     for (const std::uint32_t armType : kCalibArmTypes) {
         UseArm(armType);
@@ -121,16 +109,16 @@ TEST(three_touches, positions_nearer_than_1e_minus_5_mm_are_0x6065)
                                                    {1e-5, KINE_OK},
                                                    {JustAbove(1e-5), KINE_OK}}) {
                     const Point step = Along(axis, sign * length);
-                    ExpectTouchCode(TouchesAt(armType, {}, Sum(step, up), aside), code);
-                    ExpectTouchCode(TouchesAt(armType, {}, aside, Sum(step, up)), code);
-                    ExpectTouchCode(TouchesAt(armType, {}, near, Sum(Sum(near, step), up)), code);
+                    ExpectTouchCode(TouchesAt(armType, {}, step + up, aside), code);
+                    ExpectTouchCode(TouchesAt(armType, {}, aside, step + up), code);
+                    ExpectTouchCode(TouchesAt(armType, {}, near, near + step + up), code);
                 }
             }
         }
     }
 }
 
-TEST(three_touches, equal_positions_are_0x6065)
+TEST(tool_calibrations, three_touches_at_equal_positions_are_0x6065)
 {
     for (const std::uint32_t armType : kCalibArmTypes) {
         UseArm(armType);
@@ -142,7 +130,7 @@ TEST(three_touches, equal_positions_are_0x6065)
     }
 }
 
-TEST(three_touches, height_does_not_keep_positions_of_four_axis_arms_apart)
+TEST(tool_calibrations, height_does_not_keep_touches_of_four_axis_arms_apart)
 {
     const ToolCalibRequest stacked =
         TouchesAt(KINE_ARM_SIX_AXIS, {5.0, 5.0, 0.0}, {5.0, 5.0, 100.0}, {50.0, 5.0, 0.0});
@@ -154,7 +142,7 @@ TEST(three_touches, height_does_not_keep_positions_of_four_axis_arms_apart)
     }
 }
 
-TEST(three_touches, directions_of_cosine_beyond_0_99999_are_0x6066)
+TEST(tool_calibrations, three_touches_with_directions_of_cosine_beyond_0_99999_are_0x6066)
 {
     struct Case
     {
@@ -174,8 +162,8 @@ TEST(three_touches, directions_of_cosine_beyond_0_99999_are_0x6066)
             // The second direction lies on the same side, then on the other.
             for (const double side : {1.0, -1.0}) {
                 for (const auto& [along, beside, code] : cases) {
-                    const Point one = Sum(Along(axis, 1.0), {0.0, 0.0, height});
-                    const Point other = Sum(Along(axis, side * along), Along((axis + 1) % axes, beside));
+                    const Point one = Along(axis, 1.0) + Point{0.0, 0.0, height};
+                    const Point other = Along(axis, side * along) + Along((axis + 1) % axes, beside);
                     ExpectTouchCode(TouchesAt(armType, {}, one, other), code);
                     ExpectTouchCode(TouchesAt(armType, {}, other, one), code);
                 }
@@ -184,7 +172,7 @@ TEST(three_touches, directions_of_cosine_beyond_0_99999_are_0x6066)
     }
 }
 
-TEST(three_touches, height_does_not_take_positions_of_four_axis_arms_off_a_line)
+TEST(tool_calibrations, height_does_not_take_touches_of_four_axis_arms_off_a_line)
 {
     const ToolCalibRequest inOneHeading =
         TouchesAt(KINE_ARM_SIX_AXIS, {0.0, 0.0, 0.0}, {30.0, 40.0, 0.0}, {60.0, 80.0, 90.0});
@@ -196,7 +184,7 @@ TEST(three_touches, height_does_not_take_positions_of_four_axis_arms_off_a_line)
     }
 }
 
-TEST(three_touches, determinant_up_to_0_01_is_0x6064_on_a_six_axis_arm)
+TEST(tool_calibrations, three_touches_with_a_determinant_up_to_0_01_are_0x6064_on_a_six_axis_arm)
 {
     UseArm(KINE_ARM_SIX_AXIS);
     const Turns below = {23.856, 23.874020777750736};
@@ -213,7 +201,7 @@ TEST(three_touches, determinant_up_to_0_01_is_0x6064_on_a_six_axis_arm)
     }
 }
 
-TEST(three_touches, equal_orientations_and_turns_about_one_axis_are_0x6064_on_a_six_axis_arm)
+TEST(tool_calibrations, three_touches_in_one_orientation_or_about_one_axis_are_0x6064_on_a_six_axis_arm)
 {
     UseArm(KINE_ARM_SIX_AXIS);
     const Point p1 = {50.0, 0.0, 0.0};
@@ -224,7 +212,7 @@ TEST(three_touches, equal_orientations_and_turns_about_one_axis_are_0x6064_on_a_
                     KINE_ERR_CALIB_4);
 }
 
-TEST(three_touches, determinant_up_to_1e_minus_10_is_0x6060_on_a_four_axis_arm)
+TEST(tool_calibrations, touches_with_a_determinant_up_to_1e_minus_10_are_0x6060_on_a_four_axis_arm)
 {
     const Turns below = {4.158, 4.996014331637157};
     const Turns on = {3.959, 5.247203879874321};
@@ -252,7 +240,7 @@ TEST(three_touches, determinant_up_to_1e_minus_10_is_0x6060_on_a_four_axis_arm)
 
 // Turns by w about the vertical: normal equations (2 - 2 cos w) times the number of turned poses, determinant
 // its square. 1e-10 is reached at 0.1812 degrees by one turned pose, at 0.1281 by two.
-TEST(three_touches, headings_too_much_alike_are_0x6060_on_a_four_axis_arm)
+TEST(tool_calibrations, headings_too_much_alike_are_0x6060_on_a_four_axis_arm)
 {
     for (const std::uint32_t armType : kFlatArmTypes) {
         UseArm(armType);
@@ -308,37 +296,37 @@ TEST(Kine_CalcGripToolPrm_Scara2P, positions_nearer_than_1e_minus_5_mm_in_the_pl
     }
 }
 
-TEST(frame_of_an_external_tool, directions_shorter_than_0_01_mm_are_0x6070)
+TEST(tool_calibrations, directions_of_an_external_tool_shorter_than_0_01_mm_are_0x6070)
 {
-    for (const ToolCalib* call : {&kExt1PZX, &kExt3PZX}) {
+    for (const ToolCalib& call : {kExt1PZX, kExt3PZX}) {
         for (const std::uint32_t armType : kCalibArmTypes) {
             UseArm(armType);
             for (const auto& [length, code] : {std::pair{JustBelow(0.01), KINE_ERR_ZERO_VECTOR},
                                                {0.01, KINE_OK},
                                                {JustAbove(0.01), KINE_OK}}) {
                 for (const Point& xPoint : {Along(0, length), Along(1, -length)}) {
-                    ExpectFrameCode(*call, FramePoses(*call, armType, {}, {0.0, 0.0, 30.0}, xPoint), code);
+                    ExpectFrameCode(call, FramePoses(call, armType, {}, {0.0, 0.0, 30.0}, xPoint), code);
                 }
                 // On a four-axis arm the Z point does not matter.
                 const ToolCalibRequest shortZ =
-                    FramePoses(*call, armType, {}, Along(2, length), Along(0, 30.0));
-                ExpectFrameCode(*call, shortZ, IsFlat(armType) ? KINE_OK : code);
+                    FramePoses(call, armType, {}, Along(2, length), Along(0, 30.0));
+                ExpectFrameCode(call, shortZ, IsFlat(armType) ? KINE_OK : code);
             }
         }
     }
 }
 
-TEST(frame_of_an_external_tool, directions_of_sine_below_0_01_are_0x6066)
+TEST(tool_calibrations, directions_of_an_external_tool_of_sine_below_0_01_are_0x6066)
 {
     for (const double sine : {JustBelow(0.01), 0.01, JustAbove(0.01)}) {
         ASSERT_EQ(LengthOf(sine, kBesideSine), 1.0);
         const KineResult code = sine < 0.01 ? KINE_ERR_CALIB_COLLINEAR : KINE_OK;
-        for (const ToolCalib* call : {&kExt1PZX, &kExt3PZX}) {
+        for (const ToolCalib& call : {kExt1PZX, kExt3PZX}) {
             for (const std::uint32_t armType : kCalibArmTypes) {
                 UseArm(armType);
                 for (const double up : {1.0, -1.0}) {
                     const Point xPoint = {sine, 0.0, up * kBesideSine};
-                    ExpectFrameCode(*call, FramePoses(*call, armType, {}, {0.0, 0.0, 5.0}, xPoint), code);
+                    ExpectFrameCode(call, FramePoses(call, armType, {}, {0.0, 0.0, 5.0}, xPoint), code);
                 }
             }
         }
@@ -346,7 +334,7 @@ TEST(frame_of_an_external_tool, directions_of_sine_below_0_01_are_0x6066)
 }
 
 // The origin lies 10 mm below the Z pose, so that four-axis arms raise it onto the same place.
-TEST(frame_of_a_grip_tool, travels_shorter_than_1e_minus_5_mm_are_0x6065)
+TEST(Kine_CalcGripToolPrm_3PZX, travels_shorter_than_1e_minus_5_mm_are_0x6065)
 {
     for (const std::uint32_t armType : kCalibArmTypes) {
         UseArm(armType);
@@ -364,7 +352,7 @@ TEST(frame_of_a_grip_tool, travels_shorter_than_1e_minus_5_mm_are_0x6065)
     }
 }
 
-TEST(frame_of_a_grip_tool, travels_of_sine_below_1e_minus_5_are_0x6066)
+TEST(Kine_CalcGripToolPrm_3PZX, travels_of_sine_below_1e_minus_5_are_0x6066)
 {
     for (const double sine : {JustBelow(1e-5), 1e-5, JustAbove(1e-5)}) {
         ASSERT_EQ(LengthOf(sine, kBesideSmallSine), 1.0);

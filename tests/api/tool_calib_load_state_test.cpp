@@ -10,10 +10,10 @@ using namespace kine::test;
 TEST(at_load, tool_points_are_0x6001_without_a_line)
 {
     EXPECT_EQ(PrintedBy([] {
-                  for (const ToolCalib* call : kToolCalibs) {
-                      if (call->touches == 0) continue;
-                      ExpectRefused(*call, GoodRequest(*call, KINE_ARM_SIX_AXIS), KINE_ERR_NOT_INITIALISED);
-                      ExpectRefused(*call, GoodRequest(*call, KINE_ARM_FOUR_AXIS), KINE_ERR_NOT_INITIALISED);
+                  for (const ToolCalib& call : kToolCalibs) {
+                      if (call.touches == 0) continue;
+                      ExpectRefused(call, GoodRequest(call, KINE_ARM_SIX_AXIS), KINE_ERR_NOT_INITIALISED);
+                      ExpectRefused(call, GoodRequest(call, KINE_ARM_FOUR_AXIS), KINE_ERR_NOT_INITIALISED);
                   }
               }),
               "");
@@ -21,15 +21,15 @@ TEST(at_load, tool_points_are_0x6001_without_a_line)
 
 TEST(at_load, tool_calibrations_check_their_records)
 {
-    for (const ToolCalib* call : kToolCalibs) {
-        ToolCalibRequest request = GoodRequest(*call, KINE_ARM_SIX_AXIS);
+    for (const ToolCalib& call : kToolCalibs) {
+        ToolCalibRequest request = GoodRequest(call, KINE_ARM_SIX_AXIS);
         request.nullFrame = true;
-        ExpectRefused(*call, request, KINE_ERR_POSE);
+        ExpectRefused(call, request, KINE_ERR_POSE);
         request.nullFrame = false;
         request.poses.back().Frame.B = JustAbove(180.0);
-        ExpectRefused(*call, request, KINE_ERR_POSE);
-        request.nullPose = call->poses - 1;
-        ExpectRefused(*call, request, KINE_ERR_POSE);
+        ExpectRefused(call, request, KINE_ERR_POSE);
+        request.nullPose[call.poses - 1] = true;
+        ExpectRefused(call, request, KINE_ERR_POSE);
     }
 }
 

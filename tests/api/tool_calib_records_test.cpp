@@ -2,17 +2,17 @@
 // numbers they may hold.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <cmath>
+#include <cstddef>
 #include <cstring>
-#include <iterator>
 #include <memory>
 #include <set>
 #include <vector>
 
 #include "support/guarded_memory.h"
-#include "support/pose_calls.h"
-#include "support/seeded_random.h"
+#include "support/nasty_numbers.h"
+#include "support/odd_record.h"
 #include "support/stdout_capture.h"
 #include "support/tool_calib_calls.h"
 
@@ -26,8 +26,8 @@ void ForEachServed(Body&& body)
 {
     for (const std::uint32_t armType : kCalibArmTypes) {
         UseArm(armType);
-        for (const ToolCalib* call : kToolCalibs) {
-            if (Serves(*call, armType)) body(*call, armType);
+        for (const ToolCalib& call : kToolCalibs) {
+            if (Serves(call, armType)) body(call, armType);
         }
     }
 }
@@ -39,30 +39,18 @@ std::array<const KinePose*, 6> AddressesOf(const std::vector<KinePose>& poses)
     return addresses;
 }
 
-bool HoldsOnlyTheNan(const KineFrame& f)
+// The records of one call, one behind the other, and memory behind them.
+struct Records
 {
-    for (const double value : {f.X, f.Y, f.Z, f.A, f.B, f.C}) {
-        if (!IsNumberOrTheNan(value)) return false;
-    }
-    return true;
-}
-
-bool HoldsOnlyTheNan(const KineCalibError& e)
-{
-    return IsNumberOrTheNan(e.Largest) && IsNumberOrTheNan(e.Mean) && IsNumberOrTheNan(e.Smallest);
-}
-
-// Distances that are all NaN leave the two ends where they start.
-void ExpectNanReport(const KineCalibError& report)
-{
-    EXPECT_EQ(report.Largest, 0.0);
-    EXPECT_TRUE(SameBits(report.Mean, kNan));
-    EXPECT_EQ(report.Smallest, 10000.0);
-}
+    KinePose poses[6];
+    KineFrame frame;
+    KineCalibError report;
+    unsigned char behind[sizeof(KineFrame)];
+};
 
 }  // namespace
 
-TEST(tool_calib_records, configurations_and_external_axes_are_not_read)
+TEST(tool_calibrations, configurations_and_external_axes_are_not_read)
 {
     ForEachServed([](const ToolCalib& call, std::uint32_t armType) {
         ToolCalibRequest request = GoodRequest(call, armType);
@@ -70,13 +58,12 @@ TEST(tool_calib_records, configurations_and_external_axes_are_not_read)
         for (const double extAxis : {123.0, kNan, kInf, 1e300}) {
             for (KinePose& pose : request.poses) pose = WithArmState(pose, -2147483647, extAxis);
             const ToolCalibOutcome outcome = Solved(call, request);
-            EXPECT_TRUE(SameBits(outcome.frame, expected.frame)) << call.name;
-            EXPECT_TRUE(SameBits(outcome.report, expected.report)) << call.name;
+            EXPECT_TRUE(SameResult(outcome, expected)) << call.name;
         }
     });
 }
 
-TEST(tool_calib_records, frame_may_be_the_memory_of_any_pose)
+TEST(tool_calibrations, frame_may_be_the_memory_of_any_pose)
 {
     ForEachServed([](const ToolCalib& call, std::uint32_t armType) {
         const ToolCalibRequest request = GoodRequest(call, armType);
@@ -94,7 +81,7 @@ TEST(tool_calib_records, frame_may_be_the_memory_of_any_pose)
 }
 
 // The report is written before the frame is found; the poses have been read by then.
-TEST(tool_calib_records, report_may_be_the_memory_of_any_pose)
+TEST(tool_calibrations, report_may_be_the_memory_of_any_pose)
 {
     ForEachServed([](const ToolCalib& call, std::uint32_t armType) {
         if (!call.reports) return;
@@ -111,7 +98,7 @@ TEST(tool_calib_records, report_may_be_the_memory_of_any_pose)
     });
 }
 
-TEST(tool_calib_records, shared_memory_keeps_its_bits_on_failure)
+TEST(tool_calibrations, shared_memory_keeps_its_bits_on_failure)
 {
     ForEachServed([](const ToolCalib& call, std::uint32_t armType) {
         std::vector<KinePose> poses = GoodRequest(call, armType).poses;
@@ -122,7 +109,7 @@ TEST(tool_calib_records, shared_memory_keeps_its_bits_on_failure)
     });
 }
 
-TEST(tool_calib_records, one_record_may_be_taught_several_times)
+TEST(tool_calibrations, one_record_may_be_taught_several_times)
 {
     UseArm(KINE_ARM_SIX_AXIS);
     // The first three poses again as origin, Z point and X point: the tip has not moved.
@@ -134,10 +121,10 @@ TEST(tool_calib_records, one_record_may_be_taught_several_times)
     EXPECT_EQ(kExt3PZX.run(addresses, &frame, &report), KINE_ERR_ZERO_VECTOR);
     EXPECT_EQ(kGrip3PZX.run(addresses, &frame, &report), KINE_ERR_CALIB_POINTS_CLOSE);
     EXPECT_TRUE(IsUntouched(frame));
-    ExpectReport(report, 0.0, 0.0, 0.0);
+    ExpectReport(report, {0.0, 0.0, 0.0});
 }
 
-TEST(tool_calib_records, are_read_and_written_within_their_bounds)
+TEST(tool_calibrations, records_are_read_and_written_within_their_bounds)
 {
     for (const Guard guard : {Guard::kBehind, Guard::kBefore}) {
         ForEachServed([guard](const ToolCalib& call, std::uint32_t armType) {
@@ -159,47 +146,46 @@ TEST(tool_calib_records, are_read_and_written_within_their_bounds)
     }
 }
 
-TEST(tool_calib_records, may_lie_at_odd_addresses_and_nothing_beside_the_results_is_written)
+TEST(tool_calibrations, records_may_lie_at_odd_addresses_and_nothing_beside_the_results_is_written)
 {
     ForEachServed([](const ToolCalib& call, std::uint32_t armType) {
         const ToolCalibRequest request = GoodRequest(call, armType);
         const ToolCalibOutcome expected = Solved(call, request);
-        // All records one behind the other, one byte off, with room to spare.
-        alignas(16) std::array<unsigned char, 6 * sizeof(KinePose) + 2 * sizeof(KineFrame) + 1> bytes{};
-        std::array<const KinePose*, 6> addresses{};
-        unsigned char* next = bytes.data() + 1;
-        for (std::size_t i = 0; i < call.poses; ++i) {
-            std::memcpy(next, &request.poses[i], sizeof(KinePose));
-            addresses[i] = reinterpret_cast<const KinePose*>(next);
-            next += sizeof(KinePose);
+        Records given = Untouched<Records>();
+        std::copy(request.poses.begin(), request.poses.end(), given.poses);
+        for (std::size_t shift = 1; shift < 8; ++shift) {
+            OddRecord<Records> memory(given, shift);
+            unsigned char* const bytes = memory.Bytes();
+            std::array<const KinePose*, 6> addresses{};
+            for (std::size_t i = 0; i < call.poses; ++i) {
+                addresses[i] = reinterpret_cast<const KinePose*>(bytes + i * sizeof(KinePose));
+            }
+            EXPECT_EQ(
+                call.run(addresses.data(), reinterpret_cast<KineFrame*>(bytes + offsetof(Records, frame)),
+                         reinterpret_cast<KineCalibError*>(bytes + offsetof(Records, report))),
+                KINE_OK);
+            Records wanted = given;
+            wanted.frame = expected.frame;
+            if (call.reports) wanted.report = expected.report;
+            EXPECT_TRUE(SameBits(memory.Value(), wanted)) << call.name;
         }
-        auto after = bytes;
-        unsigned char* const expectedFrame = after.data() + (next - bytes.data());
-        std::memcpy(expectedFrame, &expected.frame, sizeof(KineFrame));
-        if (call.reports) {
-            std::memcpy(expectedFrame + sizeof(KineFrame), &expected.report, sizeof(KineCalibError));
-        }
-        EXPECT_EQ(call.run(addresses.data(), reinterpret_cast<KineFrame*>(next),
-                           reinterpret_cast<KineCalibError*>(next + sizeof(KineFrame))),
-                  KINE_OK);
-        EXPECT_TRUE(bytes == after) << call.name;
     });
 }
 
-TEST(tool_calib_numbers, orientations_do_not_matter_where_positions_are_taught)
+TEST(tool_calibrations, orientations_do_not_matter_where_positions_are_taught)
 {
     for (const std::uint32_t armType : kCalibArmTypes) {
         UseArm(armType);
-        for (const ToolCalib* call : {&kExt1P, &kExt1PZX}) {
-            ToolCalibRequest request = GoodRequest(*call, armType);
-            const KineFrame expected = Solved(*call, request).frame;
+        for (const ToolCalib& call : {kExt1P, kExt1PZX}) {
+            ToolCalibRequest request = GoodRequest(call, armType);
+            const KineFrame expected = Solved(call, request).frame;
             for (KinePose& pose : request.poses) pose.Frame.A = pose.Frame.B = pose.Frame.C = kNan;
-            EXPECT_TRUE(SameBits(Solved(*call, request).frame, expected)) << call->name;
+            EXPECT_TRUE(SameBits(Solved(call, request).frame, expected)) << call.name;
         }
     }
 }
 
-TEST(tool_calib_numbers, nan_in_a_touch_makes_the_tool_point_nan_with_0)
+TEST(tool_calibrations, nan_in_a_touch_makes_the_tool_point_nan_with_0)
 {
     ForEachServed([](const ToolCalib& call, std::uint32_t armType) {
         for (std::size_t i = 0; i < call.touches; ++i) {
@@ -209,37 +195,35 @@ TEST(tool_calib_numbers, nan_in_a_touch_makes_the_tool_point_nan_with_0)
                 request.poses[i].Frame.*field = i == 0 ? kNan : -kNan;
                 const ToolCalibOutcome outcome = Solved(call, request);
                 SCOPED_TRACE(testing::Message() << call.name << " arm " << armType << " pose " << i);
-                EXPECT_TRUE(SameBits(outcome.frame.X, kNan));
-                EXPECT_TRUE(SameBits(outcome.frame.Y, kNan));
+                EXPECT_TRUE(IsTheNan(outcome.frame.X));
+                EXPECT_TRUE(IsTheNan(outcome.frame.Y));
                 EXPECT_TRUE(HoldsOnlyTheNan(outcome.frame));
                 if (call.reports) ExpectNanReport(outcome.report);
                 if (call.poses == call.touches) {
-                    EXPECT_EQ(outcome.frame.A, 0.0);
-                    EXPECT_EQ(outcome.frame.B, 0.0);
-                    EXPECT_EQ(outcome.frame.C, 0.0);
+                    for (const auto angle : kAngles) EXPECT_EQ(outcome.frame.*angle, 0.0);
                 } else {
-                    EXPECT_TRUE(SameBits(outcome.frame.A, kNan));
+                    EXPECT_TRUE(IsTheNan(outcome.frame.A));
                 }
             }
         }
     });
 }
 
-TEST(tool_calib_numbers, nan_in_a_direction_makes_the_orientation_nan_with_0)
+TEST(tool_calibrations, nan_in_a_direction_makes_the_orientation_nan_with_0)
 {
     for (const std::uint32_t armType : kCalibArmTypes) {
         UseArm(armType);
-        for (const ToolCalib* call : {&kExt1PZX, &kExt3PZX, &kGrip3PZX}) {
-            for (std::size_t i = call->touches; i < call->poses; ++i) {
-                if (IsFlat(armType) && i == call->touches + 1) continue;
-                ToolCalibRequest request = GoodRequest(*call, armType);
-                const ToolCalibOutcome good = Solved(*call, request);
+        for (const ToolCalib& call : {kExt1PZX, kExt3PZX, kGrip3PZX}) {
+            for (std::size_t i = call.touches; i < call.poses; ++i) {
+                if (IsFlat(armType) && i == call.touches + 1) continue;
+                ToolCalibRequest request = GoodRequest(call, armType);
+                const ToolCalibOutcome good = Solved(call, request);
                 request.poses[i].Frame.X = -kNan;
-                const ToolCalibOutcome outcome = Solved(*call, request);
-                SCOPED_TRACE(testing::Message() << call->name << " arm " << armType << " pose " << i);
-                for (const auto angle : kAngles) EXPECT_TRUE(SameBits(outcome.frame.*angle, kNan));
+                const ToolCalibOutcome outcome = Solved(call, request);
+                SCOPED_TRACE(testing::Message() << call.name << " arm " << armType << " pose " << i);
+                for (const auto angle : kAngles) EXPECT_TRUE(IsTheNan(outcome.frame.*angle));
                 // The origin pose is the place of an external tool.
-                const bool moved = call != &kGrip3PZX && i == call->touches;
+                const bool moved = call != kGrip3PZX && i == call.touches;
                 EXPECT_TRUE(SameBits(outcome.frame.X, moved ? kNan : good.frame.X));
                 EXPECT_TRUE(SameBits(outcome.frame.Y, good.frame.Y));
                 EXPECT_TRUE(SameBits(outcome.frame.Z, good.frame.Z));
@@ -251,22 +235,22 @@ TEST(tool_calib_numbers, nan_in_a_direction_makes_the_orientation_nan_with_0)
 
 // Four-axis arms solve in the plane and report in space. The tips of the zero tool are the positions: in the
 // plane (0, 0), (30, 0), (0, 40).
-TEST(tool_calib_numbers, distances_without_end_or_nan_enter_the_report)
+TEST(tool_calibrations, distances_without_end_or_nan_enter_the_report)
 {
     for (const std::uint32_t armType : kFlatArmTypes) {
         UseArm(armType);
-        for (const ToolCalib* call : {&kGrip3P, &kExt3P}) {
+        for (const ToolCalib& call : {kGrip3P, kExt3P}) {
             const auto reportFor = [&](double z0, double z1, double z2) {
                 ToolCalibRequest request = ZeroToolRequest(armType);
                 request.poses[0].Frame.Z = z0;
                 request.poses[1].Frame.Z = z1;
                 request.poses[2].Frame.Z = z2;
-                return Solved(*call, request).report;
+                return Solved(call, request).report;
             };
             // One distance left: it is the largest and the smallest.
             KineCalibError report = reportFor(0.0, 40.0, kNan);
             EXPECT_EQ(report.Largest, 50.0);
-            EXPECT_TRUE(SameBits(report.Mean, kNan));
+            EXPECT_TRUE(IsTheNan(report.Mean));
             EXPECT_EQ(report.Smallest, 50.0);
             report = reportFor(kNan, 5.0, 5.0);
             EXPECT_EQ(report.Largest, 50.0);
@@ -279,7 +263,7 @@ TEST(tool_calib_numbers, distances_without_end_or_nan_enter_the_report)
             // inf - inf is NaN, and the others are beyond 10000 mm.
             report = reportFor(0.0, kInf, kInf);
             EXPECT_EQ(report.Largest, kInf);
-            EXPECT_TRUE(SameBits(report.Mean, kNan));
+            EXPECT_TRUE(IsTheNan(report.Mean));
             EXPECT_EQ(report.Smallest, 10000.0);
         }
     }
@@ -287,7 +271,7 @@ TEST(tool_calib_numbers, distances_without_end_or_nan_enter_the_report)
 
 // Whatever the records hold: a code of this family of calls, nothing printed, and the result records as the
 // code says. The frame step of a 3PZX call is reached when the three touches alone are solved.
-TEST(tool_calib_numbers, any_bits_end_in_a_code_and_defined_records)
+TEST(tool_calibrations, any_bits_end_in_a_code_and_defined_records)
 {
     const std::set<KineResult> codes = {KINE_OK,
                                         KINE_ERR_POSE,
@@ -296,9 +280,6 @@ TEST(tool_calib_numbers, any_bits_end_in_a_code_and_defined_records)
                                         KINE_ERR_CALIB_POINTS_CLOSE,
                                         KINE_ERR_CALIB_COLLINEAR,
                                         KINE_ERR_ZERO_VECTOR};
-    constexpr double KineFrame::*kFields[] = {&KineFrame::X, &KineFrame::Y, &KineFrame::Z,
-                                              &KineFrame::A, &KineFrame::B, &KineFrame::C};
-    constexpr double kNasty[] = {0.0, -0.0, 1e-5, 180.0, -180.0, 1e150, -1e308, 4.9e-324, kNan, kInf, -kInf};
     SeededRandom random(6121);
     EXPECT_EQ(PrintedBy([&] {
                   ForEachServed([&](const ToolCalib& call, std::uint32_t armType) {
@@ -307,10 +288,8 @@ TEST(tool_calib_numbers, any_bits_end_in_a_code_and_defined_records)
                           for (std::size_t n = 1 + random.Below(4); n > 0; --n) {
                               KinePose& pose = request.poses[random.Below(call.poses)];
                               if (random.Below(20) == 0) pose = random.AnyBits<KinePose>();
-                              double value = kNasty[random.Below(std::size(kNasty))];
-                              if (random.Below(4) == 0) value = random.AnyBits<double>();
                               if (random.Below(4) == 0) pose = request.poses[random.Below(call.poses)];
-                              pose.Frame.*kFields[random.Below(6)] = value;
+                              pose.Frame.*kElements[random.Below(6)] = NastyNumber(random);
                           }
                           const ToolCalibOutcome outcome = Perform(call, request);
                           SCOPED_TRACE(testing::Message() << call.name << " arm " << armType << " round "

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 
 #include "support/seeded_random.h"
 #include "support/tool_calib_calls.h"
@@ -15,35 +16,9 @@ namespace {
 
 constexpr Point kOrigin = {100.0, -200.0, 300.0};
 
-Point Scaled(const Point& v, double factor) { return {v[0] * factor, v[1] * factor, v[2] * factor}; }
-
-double Dot(const Point& a, const Point& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-
-Point Unit(const Point& v) { return Scaled(v, 1.0 / std::sqrt(Dot(v, v))); }
-
-// The frame at a place with Z along one direction and X towards another.
-Mat4 FrameAlong(const Point& at, const Point& zDirection, const Point& xDirection)
-{
-    const Point z = Unit(zDirection);
-    const Point x = Unit(Difference(xDirection, Scaled(z, Dot(xDirection, z))));
-    const Point y = {z[1] * x[2] - z[2] * x[1], z[2] * x[0] - z[0] * x[2], z[0] * x[1] - z[1] * x[0]};
-    Mat4 m = Shift(at[0], at[1], at[2]);
-    for (std::size_t i = 0; i < 3; ++i) {
-        m[i][0] = x[i];
-        m[i][1] = y[i];
-        m[i][2] = z[i];
-    }
-    return m;
-}
-
 ToolCalibRequest Points(const Point& origin, const Point& zPoint, const Point& xPoint)
 {
     return {{TaughtPose(origin), TaughtPose(zPoint), TaughtPose(xPoint)}};
-}
-
-Point AnyPoint(SeededRandom& random, double reach)
-{
-    return {random.Uniform(-reach, reach), random.Uniform(-reach, reach), random.Uniform(-reach, reach)};
 }
 
 Angles AnyAngles(SeededRandom& random)
@@ -51,20 +26,34 @@ Angles AnyAngles(SeededRandom& random)
     return {random.Uniform(-180.0, 180.0), random.Uniform(-85.0, 85.0), random.Uniform(-180.0, 180.0)};
 }
 
-const Point kAxes[] = {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
+// An origin, a step from it along Z and one towards X.
+struct ThreePoints
+{
+    Point origin, z, x;
+};
+
+ThreePoints AnyThreePoints(SeededRandom& random)
+{
+    return {AnyPoint(random, 1000.0), AnyPoint(random, 300.0), AnyPoint(random, 300.0)};
+}
 
 // Calls body with every pair of a Z and an X direction among +-X, +-Y, +-Z: 24 of them.
 template <class Body>
 void ForAllSquareFrames(Body&& body)
 {
-    for (const Point& zAxis : kAxes) {
-        for (const Point& xAxis : kAxes) {
-            if (&zAxis == &xAxis) continue;
+    for (std::size_t zAxis = 0; zAxis < 3; ++zAxis) {
+        for (std::size_t xAxis = 0; xAxis < 3; ++xAxis) {
+            if (zAxis == xAxis) continue;
             for (const double zSign : {1.0, -1.0}) {
-                for (const double xSign : {1.0, -1.0}) body(Scaled(zAxis, zSign), Scaled(xAxis, xSign));
+                for (const double xSign : {1.0, -1.0}) body(Along(zAxis, zSign), Along(xAxis, xSign));
             }
         }
     }
+}
+
+void ExpectAngles(const KineFrame& frame, const Angles& angles, double tolerance)
+{
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(frame.*kAngles[i], angles[i], tolerance);
 }
 
 // The three touching poses of a good request, then three more.
@@ -85,11 +74,11 @@ TEST(Kine_CalcExtToolPrm_1PZX, finds_the_24_square_frames)
     UseArm(KINE_ARM_SIX_AXIS);
     ForAllSquareFrames([](const Point& z, const Point& x) {
         // The X point is 40 mm too far along Z.
-        const Point zPoint = Sum(kOrigin, Scaled(z, 250.0));
-        const Point xPoint = Sum(Sum(kOrigin, Scaled(x, 80.0)), Scaled(z, 40.0));
+        const Point zPoint = kOrigin + Scaled(z, 250.0);
+        const Point xPoint = kOrigin + Scaled(x, 80.0) + Scaled(z, 40.0);
         const KineFrame frame = Solved(kExt1PZX, Points(kOrigin, zPoint, xPoint)).frame;
         EXPECT_TRUE(IsFrame(frame, FrameAlong(kOrigin, z, x)));
-        EXPECT_TRUE(frame.X == kOrigin[0] && frame.Y == kOrigin[1] && frame.Z == kOrigin[2]);
+        EXPECT_EQ(PositionOf(frame), kOrigin);
         // X along -+Z of the base leaves A and C undetermined: A is 0 then.
         if (x[2] == 0.0) return;
         EXPECT_EQ(frame.A, 0.0);
@@ -112,15 +101,13 @@ TEST(Kine_CalcExtToolPrm_1PZX, named_frames_have_the_angles_worked_out_by_hand)
                                        Case{{-1.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, {0.0, -90.0, 0.0}},
                                        // Z half way between Y and Z: turned back by 45 degrees about X.
                                        Case{{0.0, 1.0, 1.0}, {1.0, 0.0, 0.0}, {0.0, 0.0, -45.0}}}) {
-        const KineFrame frame = Solved(kExt1PZX, Points(kOrigin, Sum(kOrigin, z), Sum(kOrigin, x))).frame;
-        EXPECT_NEAR(frame.A, angles[0], 1e-12);
-        EXPECT_NEAR(frame.B, angles[1], 1e-12);
-        EXPECT_NEAR(frame.C, angles[2], 1e-12);
+        const KineFrame frame = Solved(kExt1PZX, Points(kOrigin, kOrigin + z, kOrigin + x)).frame;
+        ExpectAngles(frame, angles, 1e-12);
     }
 }
 
 // X within 1e-5 of -+Z of the base counts as along it. The frame is turned about Y by nearly 90 degrees.
-TEST(frames_of_tools, x_nearly_upright_has_b_of_exactly_90_and_a_of_0)
+TEST(tool_calibrations, x_nearly_upright_has_b_of_exactly_90_and_a_of_0)
 {
     UseArm(KINE_ARM_SIX_AXIS);
     for (const double side : {1.0, -1.0}) {
@@ -128,11 +115,11 @@ TEST(frames_of_tools, x_nearly_upright_has_b_of_exactly_90_and_a_of_0)
             const KinePose origin = TaughtPose({});
             const KinePose zPoint = TaughtPose({side, 0.0, off});
             const KinePose xPoint = TaughtPose({off, 0.0, -side});
-            for (const ToolCalib* call : {&kExt1PZX, &kExt3PZX, &kGrip3PZX}) {
-                const ToolCalibRequest request = call->touches == 0
+            for (const ToolCalib& call : kFrameCalibs) {
+                const ToolCalibRequest request = call.touches == 0
                                                      ? ToolCalibRequest{{origin, zPoint, xPoint}}
                                                      : ZeroToolRequest(6, {origin, zPoint, xPoint});
-                const KineFrame frame = Solved(*call, request).frame;
+                const KineFrame frame = Solved(call, request).frame;
                 EXPECT_EQ(frame.A, 0.0);
                 EXPECT_NEAR(frame.C, 0.0, 1e-10);
                 if (off < 1e-5) {
@@ -151,10 +138,8 @@ TEST(Kine_CalcExtToolPrm_1PZX, finds_the_frame_of_any_three_points)
     UseArm(KINE_ARM_SIX_AXIS);
     SeededRandom random(6102);
     for (int round = 0; round < 200; ++round) {
-        const Point origin = AnyPoint(random, 1000.0);
-        const Point z = AnyPoint(random, 300.0);
-        const Point x = AnyPoint(random, 300.0);
-        const KineFrame frame = Solved(kExt1PZX, Points(origin, Sum(origin, z), Sum(origin, x))).frame;
+        const auto [origin, z, x] = AnyThreePoints(random);
+        const KineFrame frame = Solved(kExt1PZX, Points(origin, origin + z, origin + x)).frame;
         EXPECT_TRUE(IsFrame(frame, FrameAlong(origin, z, x), 1e-9, 1e-9)) << round;
     }
 }
@@ -167,7 +152,7 @@ TEST(Kine_CalcExtToolPrm_1PZX, four_axis_arms_only_take_the_heading_of_x)
         for (const double heading : {0.0, 30.0, 90.0, 179.0, -120.0}) {
             const Point x = {50.0 * std::cos(InRadians(heading)), 50.0 * std::sin(InRadians(heading)), -17.0};
             const KineFrame frame =
-                Solved(kExt1PZX, Points(kOrigin, Sum(kOrigin, {70.0, 20.0, -5.0}), Sum(kOrigin, x))).frame;
+                Solved(kExt1PZX, Points(kOrigin, kOrigin + Point{70.0, 20.0, -5.0}, kOrigin + x)).frame;
             EXPECT_NEAR(frame.A, heading, 1e-11);
             EXPECT_NEAR(frame.B, 0.0, 1e-12);
             EXPECT_NEAR(frame.C, 0.0, 1e-12);
@@ -177,11 +162,10 @@ TEST(Kine_CalcExtToolPrm_1PZX, four_axis_arms_only_take_the_heading_of_x)
 
 TEST(Kine_CalcExtToolPrm_1PZX, unknown_arm_types_use_the_z_point)
 {
-    const Point zPoint = Sum(kOrigin, {5.0, 0.0, 0.0});
-    const Point xPoint = Sum(kOrigin, {0.0, 5.0, 0.0});
+    const Point zPoint = kOrigin + Point{5.0, 0.0, 0.0};
+    const Point xPoint = kOrigin + Point{0.0, 5.0, 0.0};
     for (const std::uint32_t armType : {0u, 5u, 4111u, 0xFFFFFFFFu, 0x80000004u}) {
-        const KineKinematicParam param = Scara();
-        ASSERT_EQ(Kine_InitKinematicParam(armType, &param), KINE_ERR_UNKNOWN_ARM_TYPE);
+        UseArm(armType);
         EXPECT_TRUE(IsFrame(Solved(kExt1PZX, Points(kOrigin, zPoint, xPoint)).frame,
                             FrameAlong(kOrigin, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0})));
     }
@@ -196,7 +180,7 @@ TEST(Kine_CalcExtToolPrm_3PZX, perfect_poses_give_the_frame_of_the_tips)
         // Four-axis arms do not know the length of the tool: the frame lies that much lower.
         if (IsFlat(armType)) expected.Z -= kGoodTool[2];
         EXPECT_TRUE(IsFrame(outcome.frame, MatrixOf(expected)));
-        ExpectReport(outcome.report, 0.0, 0.0, 0.0);
+        ExpectReport(outcome.report, {0.0, 0.0, 0.0});
     }
 }
 
@@ -205,13 +189,11 @@ TEST(Kine_CalcExtToolPrm_3PZX, tips_are_taken_with_the_orientation_of_each_pose)
     UseArm(KINE_ARM_SIX_AXIS);
     SeededRandom random(6103);
     for (int round = 0; round < 100; ++round) {
-        const Point origin = AnyPoint(random, 1000.0);
-        const Point z = AnyPoint(random, 300.0);
-        const Point x = AnyPoint(random, 300.0);
+        const auto [origin, z, x] = AnyThreePoints(random);
         const ToolCalibRequest request =
             WithFrameStep(kExt3PZX, KINE_ARM_SIX_AXIS, TouchingPose(kGoodTool, origin, AnyAngles(random)),
-                          TouchingPose(kGoodTool, Sum(origin, z), AnyAngles(random)),
-                          TouchingPose(kGoodTool, Sum(origin, x), AnyAngles(random)));
+                          TouchingPose(kGoodTool, origin + z, AnyAngles(random)),
+                          TouchingPose(kGoodTool, origin + x, AnyAngles(random)));
         EXPECT_TRUE(IsFrame(Solved(kExt3PZX, request).frame, FrameAlong(origin, z, x), 1e-9, 1e-9)) << round;
     }
 }
@@ -242,7 +224,7 @@ TEST(Kine_CalcGripToolPrm_3PZX, perfect_poses_give_the_tool_frame_seen_from_the_
         const Mat4 expected = Shift(kGoodTool[0], kGoodTool[1], IsFlat(armType) ? 0.0 : kGoodTool[2]) *
                               flangeFromWorld * RotationOf(MatrixOf(GoodFrame(armType)));
         EXPECT_TRUE(IsFrame(outcome.frame, expected));
-        ExpectReport(outcome.report, 0.0, 0.0, 0.0);
+        ExpectReport(outcome.report, {0.0, 0.0, 0.0});
     }
 }
 
@@ -255,22 +237,17 @@ TEST(Kine_CalcGripToolPrm_3PZX, orientation_is_relative_to_the_turned_flange)
         const auto frameFor = [&](const Point& z, const Point& x) {
             return Solved(kGrip3PZX,
                           WithFrameStep(kGrip3PZX, armType, TouchingPose(kGoodTool, kOrigin, turned),
-                                        TouchingPose(kGoodTool, Sum(kOrigin, z), turned),
-                                        TouchingPose(kGoodTool, Sum(kOrigin, x), turned)))
+                                        TouchingPose(kGoodTool, kOrigin + z, turned),
+                                        TouchingPose(kGoodTool, kOrigin + x, turned)))
                 .frame;
         };
-        const auto expectAngles = [](const KineFrame& frame, const Angles& angles) {
-            EXPECT_NEAR(frame.A, angles[0], 1e-10);
-            EXPECT_NEAR(frame.B, angles[1], 1e-10);
-            EXPECT_NEAR(frame.C, angles[2], 1e-10);
-        };
-        expectAngles(frameFor({0.0, 0.0, 20.0}, {0.0, 30.0, 0.0}), {0.0, 0.0, 0.0});
-        expectAngles(frameFor({0.0, 0.0, 20.0}, {30.0, 0.0, 0.0}), {-90.0, 0.0, 0.0});
+        ExpectAngles(frameFor({0.0, 0.0, 20.0}, {0.0, 30.0, 0.0}), {0.0, 0.0, 0.0}, 1e-10);
+        ExpectAngles(frameFor({0.0, 0.0, 20.0}, {30.0, 0.0, 0.0}), {-90.0, 0.0, 0.0}, 1e-10);
         if (IsFlat(armType)) continue;
         // Z along Y of the flange, X along its X: turned back by 90 degrees about X.
-        expectAngles(frameFor({-20.0, 0.0, 0.0}, {0.0, 30.0, 0.0}), {0.0, 0.0, -90.0});
+        ExpectAngles(frameFor({-20.0, 0.0, 0.0}, {0.0, 30.0, 0.0}), {0.0, 0.0, -90.0}, 1e-10);
         // Z along X of the flange, X along its -Z.
-        expectAngles(frameFor({0.0, 20.0, 0.0}, {0.0, 0.0, -30.0}), {0.0, 90.0, 0.0});
+        ExpectAngles(frameFor({0.0, 20.0, 0.0}, {0.0, 0.0, -30.0}), {0.0, 90.0, 0.0}, 1e-10);
     }
 }
 
@@ -279,13 +256,11 @@ TEST(Kine_CalcGripToolPrm_3PZX, finds_any_tool_orientation_with_poses_of_any_ori
     UseArm(KINE_ARM_SIX_AXIS);
     SeededRandom random(6105);
     for (int round = 0; round < 100; ++round) {
-        const Point at = AnyPoint(random, 1000.0);
-        const Point z = AnyPoint(random, 300.0);
-        const Point x = AnyPoint(random, 300.0);
+        const auto [at, z, x] = AnyThreePoints(random);
         const KinePose origin = TouchingPose(kGoodTool, at, AnyAngles(random));
-        const ToolCalibRequest request = WithFrameStep(
-            kGrip3PZX, KINE_ARM_SIX_AXIS, origin, TouchingPose(kGoodTool, Sum(at, z), AnyAngles(random)),
-            TouchingPose(kGoodTool, Sum(at, x), AnyAngles(random)));
+        const ToolCalibRequest request = WithFrameStep(kGrip3PZX, KINE_ARM_SIX_AXIS, origin,
+                                                       TouchingPose(kGoodTool, at + z, AnyAngles(random)),
+                                                       TouchingPose(kGoodTool, at + x, AnyAngles(random)));
         // The frame at the tip, seen from the flange of the origin pose.
         const Mat4 expected = RigidInverse(MatrixOf(origin.Frame)) * FrameAlong(at, z, x);
         EXPECT_TRUE(IsFrame(Solved(kGrip3PZX, request).frame, expected, 1e-9, 1e-9)) << round;
@@ -309,47 +284,46 @@ TEST(Kine_CalcGripToolPrm_3PZX, x_travel_is_measured_from_the_z_pose)
     EXPECT_TRUE(IsUntouched(outcome.frame));
 }
 
-TEST(four_axis_z_point, may_hold_anything_and_counts_as_the_origin_raised_by_10_mm)
+TEST(tool_calibrations, z_point_of_a_four_axis_arm_may_hold_anything_and_counts_as_the_origin_raised_by_10_mm)
 {
-    for (const ToolCalib* call : {&kExt1PZX, &kExt3PZX, &kGrip3PZX}) {
-        const std::size_t origin = call->touches;
+    for (const ToolCalib& call : kFrameCalibs) {
+        const std::size_t origin = call.touches;
         for (const std::uint32_t armType : kFlatArmTypes) {
             UseArm(armType);
-            ToolCalibRequest request = GoodRequest(*call, armType);
+            ToolCalibRequest request = GoodRequest(call, armType);
             // A tilted origin pose: its copy has the same orientation.
             request.poses[origin].Frame.B = 20.0;
             request.poses[origin].Frame.C = -35.0;
             request.poses[origin + 1] = request.poses[origin];
             request.poses[origin + 1].Frame.Z += 10.0;
-            const ToolCalibOutcome expected = Solved(*call, request);
+            const ToolCalibOutcome expected = Solved(call, request);
             for (const Point& at : {Point{1.0, 2.0, 3.0}, Point{kNan, kNan, kNan}, Point{kInf, -kInf, 0.0},
-                                    PlaceOf(request.poses[origin])}) {
+                                    PositionOf(request.poses[origin])}) {
                 for (const Angles& angles : {Angles{1.0, 2.0, 3.0}, Angles{kNan, kNan, kNan}}) {
                     request.poses[origin + 1] = TaughtPose(at, angles);
-                    const ToolCalibOutcome outcome = Solved(*call, request);
-                    EXPECT_TRUE(SameBits(outcome.frame, expected.frame)) << call->name;
-                    EXPECT_TRUE(SameBits(outcome.report, expected.report)) << call->name;
+                    const ToolCalibOutcome outcome = Solved(call, request);
+                    EXPECT_TRUE(SameResult(outcome, expected)) << call.name;
                 }
             }
             request.poses[origin + 1] = TaughtPose({}, {0.0, 0.0, JustAbove(180.0)});
-            ExpectRefused(*call, request, KINE_ERR_POSE);
+            ExpectRefused(call, request, KINE_ERR_POSE);
         }
     }
 }
 
-TEST(four_axis_z_point, counts_on_a_six_axis_arm)
+TEST(tool_calibrations, z_point_counts_on_a_six_axis_arm)
 {
     UseArm(KINE_ARM_SIX_AXIS);
-    for (const ToolCalib* call : {&kExt1PZX, &kExt3PZX, &kGrip3PZX}) {
-        ToolCalibRequest request = GoodRequest(*call, KINE_ARM_SIX_AXIS);
-        const KineFrame straight = Solved(*call, request).frame;
-        request.poses[call->touches + 1].Frame.X += 5.0;
-        EXPECT_FALSE(SameBits(Solved(*call, request).frame, straight)) << call->name;
+    for (const ToolCalib& call : kFrameCalibs) {
+        ToolCalibRequest request = GoodRequest(call, KINE_ARM_SIX_AXIS);
+        const KineFrame straight = Solved(call, request).frame;
+        request.poses[call.touches + 1].Frame.X += 5.0;
+        EXPECT_FALSE(SameBits(Solved(call, request).frame, straight)) << call.name;
     }
 }
 
 // So high up that 10 mm are lost in rounding, the raised origin is the origin.
-TEST(four_axis_z_point, ten_mm_lost_in_rounding_is_no_direction)
+TEST(tool_calibrations, z_point_of_a_four_axis_arm_lost_in_rounding_is_no_direction)
 {
     const KinePose origin = TaughtPose({0.0, 0.0, 1e18});
     const KinePose xPoint = TaughtPose({500.0, 0.0, 1e18});

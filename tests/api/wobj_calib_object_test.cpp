@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/taught_points.h"
+#include "support/wobj_calib_calls.h"
 
 using namespace kine::test;
 
@@ -14,22 +14,22 @@ namespace {
 
 const std::vector<WobjCalib> kObjectCalibs = {kExtObject, kGripObject};
 
-TaughtRequest WithUser(TaughtRequest request, const KineFrame& user)
+WobjCalibRequest WithUser(WobjCalibRequest request, const KineFrame& user)
 {
     request.user = user;
     return request;
 }
 
 // The points (x, y, z), one along world X from it and one along world Y.
-TaughtRequest Level(double x, double y, double z)
+WobjCalibRequest Level(double x, double y, double z)
 {
-    return Points(TaughtAt(x, y, z), TaughtAt(x + 10.0, y, z), TaughtAt(x + 4.0, y + 10.0, z));
+    return Points({x, y, z}, {x + 10.0, y, z}, {x + 4.0, y + 10.0, z});
 }
 
 struct HandCase
 {
     const char* name;
-    TaughtRequest request;
+    WobjCalibRequest request;
     KineFrame frame;
     double extTilt;
     double gripTilt;
@@ -38,7 +38,7 @@ struct HandCase
 const std::vector<HandCase> kHandCases = {
     // U's X is world Y: 50 mm along it and 7 mm up.
     {"user frame turned",
-     WithUser(Points(TaughtAt(100.0, 50.0, 7.0), TaughtAt(100.0, 60.0, 7.0), TaughtAt(90.0, 50.0, 7.0)),
+     WithUser(Points({100.0, 50.0, 7.0}, {100.0, 60.0, 7.0}, {90.0, 50.0, 7.0}),
               {100.0, 0.0, 0.0, 90.0, 0.0, 0.0}),
      {50.0, 0.0, 7.0, 0.0, 0.0, 0.0},
      0.0,
@@ -56,15 +56,14 @@ const std::vector<HandCase> kHandCases = {
      kHalfTurn},
     // U falls by 3 on 4 along X; so does the object, 5 mm along U's X.
     {"both on a ramp",
-     WithUser(Points(TaughtAt(4.0, 0.0, -3.0), TaughtAt(8.0, 0.0, -6.0), TaughtAt(4.0, 5.0, -3.0)),
+     WithUser(Points({4.0, 0.0, -3.0}, {8.0, 0.0, -6.0}, {4.0, 5.0, -3.0}),
               {0.0, 0.0, 0.0, 0.0, 36.86989764584402, 0.0}),
      {5.0, 0.0, 0.0, 0.0, 0.0, 0.0},
      0.6435011087932844,
      0.0},
     // Only the object lies on the ramp.
     {"object on a ramp",
-     WithUser(Points(TaughtAt(4.0, 0.0, -3.0), TaughtAt(8.0, 0.0, -6.0), TaughtAt(4.0, 5.0, -3.0)),
-              {0.0, 0.0, 1.0, 0.0, 0.0, 0.0}),
+     WithUser(Points({4.0, 0.0, -3.0}, {8.0, 0.0, -6.0}, {4.0, 5.0, -3.0}), {0.0, 0.0, 1.0, 0.0, 0.0, 0.0}),
      {4.0, 0.0, -4.0, 0.0, 36.86989764584402, 0.0},
      0.6435011087932844,
      0.6435011087932844},
@@ -77,22 +76,22 @@ const std::vector<HandCase> kHandCases = {
 
 }  // namespace
 
-TEST(wobj_object_3p, hand_made_frames_have_their_angles_and_their_own_tilt)
+TEST(wobj_calibrations, hand_made_object_frames_have_their_angles_and_their_own_tilt)
 {
     for (const HandCase& hand : kHandCases) {
         SCOPED_TRACE(hand.name);
-        const WobjOutcome ext = Calibrated(kExtObject, hand.request);
-        ExpectFrameUpToTurns(ext.frame, hand.frame, 1e-11);
+        const WobjCalibOutcome ext = Solved(kExtObject, hand.request);
+        EXPECT_TRUE(IsNearFrame(ext.frame, hand.frame, 1e-11, 1e-11));
         EXPECT_NEAR(ext.tilt, hand.extTilt, 1e-7);
-        const WobjOutcome grip = Calibrated(kGripObject, hand.request);
-        ExpectFrameUpToTurns(grip.frame, hand.frame, 1e-11);
+        const WobjCalibOutcome grip = Solved(kGripObject, hand.request);
+        EXPECT_TRUE(IsNearFrame(grip.frame, hand.frame, 1e-11, 1e-11));
         EXPECT_NEAR(grip.tilt, hand.gripTilt, 1e-7);
     }
 }
 
 // The points of an object frame that lies in a user frame; the tilt of the fixed object is that of their
 // product, the tilt of the held one that of the object frame alone.
-TEST(wobj_object_3p, recovers_the_object_frame_in_any_user_frame)
+TEST(wobj_calibrations, object_frame_is_recovered_in_any_user_frame)
 {
     SeededRandom random(640);
     for (int i = 0; i < 1000; ++i) {
@@ -100,63 +99,63 @@ TEST(wobj_object_3p, recovers_the_object_frame_in_any_user_frame)
         const KineFrame user = AnyFrame(random);
         const Mat4 truth = MatrixOf(AnyFrame(random));
         const Mat4 placed = MatrixOf(user) * truth;
-        const TaughtRequest request = WithUser(PointsOf(placed, random), user);
-        const WobjOutcome ext = Calibrated(kExtObject, request);
+        const WobjCalibRequest request = WithUser(PointsOf(placed, random), user);
+        const WobjCalibOutcome ext = Solved(kExtObject, request);
         EXPECT_TRUE(IsFrame(ext.frame, truth));
         ExpectTilt(ext.tilt, placed);
-        const WobjOutcome grip = Calibrated(kGripObject, request);
+        const WobjCalibOutcome grip = Solved(kGripObject, request);
         EXPECT_TRUE(IsFrame(grip.frame, truth));
         ExpectTilt(grip.tilt, truth);
     }
 }
 
-TEST(wobj_object_3p, is_the_user_frame_of_the_same_points_seen_from_the_given_one)
+TEST(wobj_calibrations, object_frame_is_the_user_frame_of_the_same_points_seen_from_the_given_one)
 {
     SeededRandom random(641);
     for (int i = 0; i < 500; ++i) {
         SCOPED_TRACE(i);
         const KineFrame user = AnyFrame(random);
-        const TaughtRequest request = WithUser(PointsOf(MatrixOf(AnyFrame(random)), random), user);
-        const WobjOutcome inWorld = Calibrated(kExtUser3P, request);
+        const WobjCalibRequest request = WithUser(PointsOf(MatrixOf(AnyFrame(random)), random), user);
+        const WobjCalibOutcome inWorld = Solved(kExtUser3P, request);
         const Mat4 seen = RigidInverse(MatrixOf(user)) * MatrixOf(inWorld.frame);
-        const WobjOutcome ext = Calibrated(kExtObject, request);
+        const WobjCalibOutcome ext = Solved(kExtObject, request);
         EXPECT_TRUE(IsFrame(ext.frame, seen));
         EXPECT_EQ(ext.tilt, inWorld.tilt);
-        EXPECT_TRUE(IsFrame(Calibrated(kGripObject, request).frame, seen));
+        EXPECT_TRUE(IsFrame(Solved(kGripObject, request).frame, seen));
     }
 }
 
-TEST(wobj_object_3p, in_a_user_frame_of_zeros_is_the_user_frame_of_the_points)
+TEST(wobj_calibrations, object_frame_in_a_user_frame_of_zeros_is_the_user_frame_of_the_points)
 {
     SeededRandom random(642);
     for (int i = 0; i < 500; ++i) {
         SCOPED_TRACE(i);
-        const TaughtRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
-        const WobjOutcome expected = Calibrated(kExtUser3P, request);
-        const WobjOutcome ext = Calibrated(kExtObject, request);
-        ExpectFrameUpToTurns(ext.frame, expected.frame, 1e-9);
+        const WobjCalibRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
+        const WobjCalibOutcome expected = Solved(kExtUser3P, request);
+        const WobjCalibOutcome ext = Solved(kExtObject, request);
+        EXPECT_TRUE(IsNearFrame(ext.frame, expected.frame));
         EXPECT_EQ(ext.tilt, expected.tilt);
         // The points are shifted by zeros and turned by the identity.
-        EXPECT_TRUE(SameResult(Calibrated(kGripObject, request), expected));
+        EXPECT_TRUE(SameResult(Solved(kGripObject, request), expected));
     }
 }
 
-TEST(wobj_object_3p, points_taken_from_the_user_frame_give_zeros)
+TEST(wobj_calibrations, object_points_taken_from_the_user_frame_give_zeros)
 {
     SeededRandom random(643);
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
         const KineFrame user = AnyFrame(random);
-        const TaughtRequest request = WithUser(PointsOf(MatrixOf(user), random), user);
+        const WobjCalibRequest request = WithUser(PointsOf(MatrixOf(user), random), user);
         for (const WobjCalib& call : kObjectCalibs) {
-            ExpectFrameUpToTurns(Calibrated(call, request).frame, {}, 1e-9);
+            EXPECT_TRUE(IsNearFrame(Solved(call, request).frame, {}));
         }
-        ExpectTilt(Calibrated(kExtObject, request).tilt, MatrixOf(user));
-        EXPECT_NEAR(Calibrated(kGripObject, request).tilt, 0.0, 1e-7);
+        ExpectTilt(Solved(kExtObject, request).tilt, MatrixOf(user));
+        EXPECT_NEAR(Solved(kGripObject, request).tilt, 0.0, 1e-7);
     }
 }
 
-TEST(wobj_object_3p, with_x_along_z_of_the_user_frame_answers_with_a_zero)
+TEST(wobj_calibrations, object_frame_with_x_along_z_of_the_user_frame_answers_with_a_zero)
 {
     SeededRandom random(644);
     for (int i = 0; i < 200; ++i) {
@@ -165,9 +164,9 @@ TEST(wobj_object_3p, with_x_along_z_of_the_user_frame_answers_with_a_zero)
         const double b = i % 2 == 0 ? 90.0 : -90.0;
         const Mat4 truth =
             MatrixOf({5.0, 6.0, 7.0, random.Uniform(-180.0, 180.0), b, random.Uniform(-180.0, 180.0)});
-        const TaughtRequest request = WithUser(PointsOf(MatrixOf(user) * truth, random), user);
+        const WobjCalibRequest request = WithUser(PointsOf(MatrixOf(user) * truth, random), user);
         for (const WobjCalib& call : kObjectCalibs) {
-            const KineFrame frame = Calibrated(call, request).frame;
+            const KineFrame frame = Solved(call, request).frame;
             EXPECT_EQ(frame.A, 0.0) << call.name;
             EXPECT_EQ(frame.B, b) << call.name;
             EXPECT_TRUE(IsFrame(frame, truth)) << call.name;
@@ -178,19 +177,18 @@ TEST(wobj_object_3p, with_x_along_z_of_the_user_frame_answers_with_a_zero)
 // The frame of the points goes through its angles for a fixed object, where an X axis within 1e-5 of the
 // vertical counts as vertical. For a held object it never stands in the frame of the poses. X rises by 1000
 // and moves 9e-3 along world X; the user frame has X up and Z against world X.
-TEST(wobj_object_3p, x_within_1e_5_of_the_vertical_is_straightened_for_fixed_objects_only)
+TEST(wobj_calibrations, x_within_1e_5_of_the_vertical_is_straightened_for_fixed_objects_only)
 {
-    const TaughtRequest request =
-        WithUser(Points(TaughtAt(0.0, 0.0, 0.0), TaughtAt(9e-3, 0.0, 1000.0), TaughtAt(0.0, 10.0, 0.0)),
-                 {0.0, 0.0, 0.0, 0.0, -90.0, 0.0});
-    EXPECT_NEAR(Calibrated(kExtObject, request).frame.B, 0.0, 1e-13);
-    EXPECT_NEAR(Calibrated(kGripObject, request).frame.B, InDegrees(9e-6), 1e-12);
+    const WobjCalibRequest request = WithUser(Points({0.0, 0.0, 0.0}, {9e-3, 0.0, 1000.0}, {0.0, 10.0, 0.0}),
+                                              {0.0, 0.0, 0.0, 0.0, -90.0, 0.0});
+    EXPECT_NEAR(Solved(kExtObject, request).frame.B, 0.0, 1e-13);
+    EXPECT_NEAR(Solved(kGripObject, request).frame.B, InDegrees(9e-6), 1e-12);
     // Straightening leaves the tilt, which is that of the points.
-    EXPECT_NEAR(Calibrated(kExtObject, request).tilt, kQuarterTurn - 9e-6, 1e-14);
-    EXPECT_NEAR(Calibrated(kGripObject, request).tilt, 9e-6, 1e-10);
+    EXPECT_NEAR(Solved(kExtObject, request).tilt, kQuarterTurn - 9e-6, 1e-14);
+    EXPECT_NEAR(Solved(kGripObject, request).tilt, 9e-6, 1e-10);
 }
 
-TEST(wobj_object_3p, angles_of_the_user_frame_may_have_any_size)
+TEST(wobj_calibrations, angles_of_the_user_frame_may_have_any_size)
 {
     const struct
     {
@@ -205,19 +203,19 @@ TEST(wobj_object_3p, angles_of_the_user_frame_may_have_any_size)
             for (const auto& turn : turns) {
                 SCOPED_TRACE(::testing::Message() << call.name << ' ' << turn.given);
                 KineFrame user = {100.0, -200.0, 300.0, 15.0, 25.0, -35.0};
-                TaughtRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
+                WobjCalibRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
                 user.*angle = turn.same;
                 request.user = user;
-                const WobjOutcome expected = Calibrated(call, request);
+                const WobjCalibOutcome expected = Solved(call, request);
                 request.user.*angle = turn.given;
-                const WobjOutcome result = Calibrated(call, request);
+                const WobjCalibOutcome result = Solved(call, request);
                 EXPECT_TRUE(IsFrame(result.frame, MatrixOf(expected.frame), 1e-6, 1e-9));
                 EXPECT_NEAR(result.tilt, expected.tilt, 1e-7);
                 // The frame also agrees with plain matrices, at the angle as given.
                 EXPECT_TRUE(IsFrame(
                     result.frame,
-                    RigidInverse(MatrixOf(request.user)) * MatrixOf(Calibrated(kExtUser3P, request).frame),
-                    1e-6, 1e-9));
+                    RigidInverse(MatrixOf(request.user)) * MatrixOf(Solved(kExtUser3P, request).frame), 1e-6,
+                    1e-9));
             }
         }
     }
@@ -225,38 +223,37 @@ TEST(wobj_object_3p, angles_of_the_user_frame_may_have_any_size)
 
 // NaN and infinity in the user frame reach the result. The tilt of a fixed object does not see the user
 // frame.
-TEST(wobj_object_3p, user_frame_that_is_not_finite_is_passed_on)
+TEST(wobj_calibrations, user_frame_that_is_not_finite_is_passed_on)
 {
     SeededRandom random(646);
-    const TaughtRequest good = PointsOf(MatrixOf(AnyFrame(random)), random);
-    const double tilt = Calibrated(kExtUser3P, good).tilt;
+    const WobjCalibRequest good = PointsOf(MatrixOf(AnyFrame(random)), random);
+    const double tilt = Solved(kExtUser3P, good).tilt;
     for (const double bad : {kNan, -kNan, kInf, -kInf}) {
         for (const auto angle : kAngles) {
-            TaughtRequest request = good;
+            WobjCalibRequest request = good;
             request.user.*angle = bad;
-            const WobjOutcome ext = Calibrated(kExtObject, request);
+            const WobjCalibOutcome ext = Solved(kExtObject, request);
             for (const double value : {ext.frame.X, ext.frame.Y, ext.frame.Z, ext.frame.A, ext.frame.B}) {
-                EXPECT_TRUE(SameBits(value, kNan));
+                EXPECT_TRUE(IsTheNan(value));
             }
             EXPECT_EQ(ext.tilt, tilt);
-            const WobjOutcome grip = Calibrated(kGripObject, request);
-            EXPECT_TRUE(SameBits(grip.frame.C, kNan));
-            EXPECT_TRUE(SameBits(grip.tilt, kNan));
+            const WobjCalibOutcome grip = Solved(kGripObject, request);
+            EXPECT_TRUE(IsTheNan(grip.frame.C));
+            EXPECT_TRUE(IsTheNan(grip.tilt));
         }
-        for (double KineFrame::*place : {&KineFrame::X, &KineFrame::Y, &KineFrame::Z}) {
-            TaughtRequest request = good;
+        for (const auto place : kCoordinates) {
+            WobjCalibRequest request = good;
             request.user.*place = bad;
             // The position is lost in whole or in part, the rotation is not: nothing is turned by a position.
-            const WobjOutcome ext = Calibrated(kExtObject, request);
+            const WobjCalibOutcome ext = Solved(kExtObject, request);
             EXPECT_FALSE(std::isfinite(ext.frame.*place));
             EXPECT_EQ(ext.tilt, tilt);
-            ExpectFrameUpToTurns(
-                {0.0, 0.0, 0.0, ext.frame.A, ext.frame.B, ext.frame.C},
-                {0.0, 0.0, 0.0, Calibrated(kExtUser3P, good).frame.A, Calibrated(kExtUser3P, good).frame.B,
-                 Calibrated(kExtUser3P, good).frame.C});
-            const WobjOutcome grip = Calibrated(kGripObject, request);
-            EXPECT_TRUE(SameBits(grip.frame.C, kNan));
-            EXPECT_TRUE(SameBits(grip.tilt, kNan));
+            EXPECT_TRUE(IsNearFrame({0.0, 0.0, 0.0, ext.frame.A, ext.frame.B, ext.frame.C},
+                                    {0.0, 0.0, 0.0, Solved(kExtUser3P, good).frame.A,
+                                     Solved(kExtUser3P, good).frame.B, Solved(kExtUser3P, good).frame.C}));
+            const WobjCalibOutcome grip = Solved(kGripObject, request);
+            EXPECT_TRUE(IsTheNan(grip.frame.C));
+            EXPECT_TRUE(IsTheNan(grip.tilt));
         }
     }
 }

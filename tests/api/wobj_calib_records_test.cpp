@@ -2,43 +2,42 @@
 // what the library is set up for.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <set>
 #include <utility>
 #include <vector>
 
 #include "support/guarded_memory.h"
-#include "support/taught_points.h"
+#include "support/nasty_numbers.h"
+#include "support/odd_record.h"
+#include "support/wobj_calib_calls.h"
 
 using namespace kine::test;
 
 namespace {
 
-TaughtRequest CloseRequest()
+WobjCalibRequest CloseRequest()
 {
-    TaughtRequest request = GoodTaughtRequest();
-    request.points[1].Frame = request.points[0].Frame;
+    WobjCalibRequest request = GoodWobjRequest();
+    request.poses[1].Frame = request.poses[0].Frame;
     return request;
 }
 
 // The records of one call, one behind the other.
 struct Records
 {
-    KinePose points[3];
+    KinePose poses[3];
     KineFrame user;
     KineFrame frame;
     double tilt;
 };
 
-Records RecordsOf(const TaughtRequest& request)
+Records RecordsOf(const WobjCalibRequest& request)
 {
-    return {{request.points[0], request.points[1], request.points[2]},
+    return {{request.poses[0], request.poses[1], request.poses[2]},
             request.user,
             Untouched<KineFrame>(),
             Untouched<double>()};
@@ -46,18 +45,12 @@ Records RecordsOf(const TaughtRequest& request)
 
 WobjArguments ArgumentsAt(unsigned char* memory)
 {
-    const auto* points = reinterpret_cast<const KinePose*>(memory);
-    return {{points, points + 1, points + 2},
+    const auto* poses = reinterpret_cast<const KinePose*>(memory);
+    return {{poses, poses + 1, poses + 2},
             reinterpret_cast<const KineFrame*>(memory + offsetof(Records, user)),
             kPlainUnit,
             reinterpret_cast<KineFrame*>(memory + offsetof(Records, frame)),
             reinterpret_cast<double*>(memory + offsetof(Records, tilt))};
-}
-
-std::array<double, 7> Numbers(const WobjOutcome& outcome)
-{
-    const KineFrame& f = outcome.frame;
-    return {f.X, f.Y, f.Z, f.A, f.B, f.C, outcome.tilt};
 }
 
 std::set<KineResult> CodesOf(const WobjCalib& call)
@@ -70,25 +63,16 @@ std::set<KineResult> CodesOf(const WobjCalib& call)
 
 // What holds for every input: one of the call's codes, and results that are untouched or have no NaN but the
 // one of every computation.
-KineResult DefinedCode(const WobjCalib& call, const TaughtRequest& request)
+KineResult DefinedCode(const WobjCalib& call, const WobjCalibRequest& request)
 {
-    const WobjOutcome outcome = Perform(call, request);
+    const WobjCalibOutcome outcome = Perform(call, request);
     EXPECT_TRUE(CodesOf(call).contains(outcome.code)) << call.name << std::hex << " " << outcome.code;
     if (outcome.code != KINE_OK) {
-        EXPECT_TRUE(outcome.untouched) << call.name;
+        EXPECT_TRUE(IsUntouched(outcome)) << call.name;
         return outcome.code;
     }
-    for (const double value : Numbers(outcome)) {
-        EXPECT_TRUE(!std::isnan(value) || SameBits(value, kNan)) << call.name;
-    }
+    EXPECT_TRUE(HoldsOnlyTheNan(outcome)) << call.name;
     return outcome.code;
-}
-
-double NastyNumber(SeededRandom& random)
-{
-    constexpr double kNasty[] = {0.0,   -0.0,   1.0,   -1.0,   1e-5,   0.001, 0.01, 0.02, 180.0, -180.0,
-                                 1e150, -1e150, 1e308, 1e-308, 4e-324, 1e16,  kNan, kInf, -kInf};
-    return kNasty[random.Below(std::size(kNasty))];
 }
 
 KineMechUnit AnyUnit(SeededRandom& random)
@@ -104,57 +88,53 @@ KineMechUnit AnyUnit(SeededRandom& random)
 }
 
 // Good points with some numbers that are hard to bear, points of small numbers only, or any bits.
-TaughtRequest AnyRequest(SeededRandom& random)
+WobjCalibRequest AnyRequest(SeededRandom& random)
 {
-    TaughtRequest request = GoodTaughtRequest();
+    WobjCalibRequest request = GoodWobjRequest();
     const std::size_t how = random.Below(4);
     if (how == 0) {
-        for (KinePose& pose : request.points) pose = TaughtAt(0.0, 0.0, 0.0);
+        for (KinePose& pose : request.poses) pose = TaughtAt({0.0, 0.0, 0.0});
     }
     for (std::size_t n = random.Below(5); n > 0; --n) {
-        double* numbers = &request.points[random.Below(3)].Frame.X;
+        double* numbers = &request.poses[random.Below(3)].Frame.X;
         numbers[random.Below(how == 0 ? 3 : 6)] = NastyNumber(random);
     }
-    if (how == 1) request.points[random.Below(3)] = random.AnyBits<KinePose>();
-    if (how == 2) request.points[random.Below(3)].ExtAxis[random.Below(6)] = NastyNumber(random);
+    if (how == 1) request.poses[random.Below(3)] = random.AnyBits<KinePose>();
+    if (how == 2) request.poses[random.Below(3)].ExtAxis[random.Below(6)] = NastyNumber(random);
     if (random.Below(4) == 0) request.user = random.AnyBits<KineFrame>();
     if (random.Below(8) == 0) request.unit = static_cast<int32_t>(random.Bits());
     return request;
 }
 
-constexpr double KineFrame::*kPosition[] = {&KineFrame::X, &KineFrame::Y, &KineFrame::Z};
-
 }  // namespace
 
-TEST(wobj_calibration, records_may_lie_at_odd_addresses)
+TEST(wobj_calibrations, records_may_lie_at_odd_addresses)
 {
     SetUpPlainUnit();
     for (const WobjCalib& call : kWobjCalibs) {
-        const WobjOutcome expected = Calibrated(call, GoodTaughtRequest());
+        const WobjCalibOutcome expected = Solved(call, GoodWobjRequest());
         for (std::size_t shift = 1; shift < 8; ++shift) {
-            const Records given = RecordsOf(GoodTaughtRequest());
-            alignas(16) unsigned char memory[sizeof given + 8];
-            std::memcpy(memory + shift, &given, sizeof given);
-            EXPECT_EQ(call.run(ArgumentsAt(memory + shift)), KINE_OK) << call.name;
-            Records after;
-            std::memcpy(&after, memory + shift, sizeof after);
-            EXPECT_TRUE(SameBits(after.frame, expected.frame)) << call.name;
-            EXPECT_TRUE(SameBits(after.tilt, expected.tilt)) << call.name;
-            EXPECT_EQ(std::memcmp(&after, &given, offsetof(Records, frame)), 0) << call.name;
+            const Records given = RecordsOf(GoodWobjRequest());
+            OddRecord<Records> memory(given, shift);
+            EXPECT_EQ(call.run(ArgumentsAt(memory.Bytes())), KINE_OK) << call.name;
+            Records wanted = given;
+            wanted.frame = expected.frame;
+            wanted.tilt = expected.tilt;
+            EXPECT_TRUE(SameBits(memory.Value(), wanted)) << call.name;
         }
     }
 }
 
 // Inputs that cannot be written, with nothing readable behind them or before them, and results at the very
 // end of what can be written.
-TEST(wobj_calibration, records_are_read_and_written_within_their_bounds)
+TEST(wobj_calibrations, records_are_read_and_written_within_their_bounds)
 {
     SetUpPlainUnit();
-    const TaughtRequest request = GoodTaughtRequest();
+    const WobjCalibRequest request = GoodWobjRequest();
     for (const Guard side : {Guard::kBehind, Guard::kBefore}) {
-        GuardedRecord<KinePose> origin(request.points[0], side);
-        GuardedRecord<KinePose> x(request.points[1], side);
-        GuardedRecord<KinePose> xy(request.points[2], side);
+        GuardedRecord<KinePose> origin(request.poses[0], side);
+        GuardedRecord<KinePose> x(request.poses[1], side);
+        GuardedRecord<KinePose> xy(request.poses[2], side);
         GuardedRecord<KineFrame> user(request.user, side);
         origin.Freeze();
         x.Freeze();
@@ -166,7 +146,7 @@ TEST(wobj_calibration, records_are_read_and_written_within_their_bounds)
             const WobjArguments at = {
                 {origin.Get(), x.Get(), xy.Get()}, user.Get(), kPlainUnit, frame.Get(), tilt.Get()};
             EXPECT_EQ(call.run(at), KINE_OK) << call.name;
-            const WobjOutcome expected = Calibrated(call, request);
+            const WobjCalibOutcome expected = Solved(call, request);
             EXPECT_TRUE(SameBits(frame.Value(), expected.frame)) << call.name;
             EXPECT_TRUE(SameBits(tilt.Value(), expected.tilt)) << call.name;
         }
@@ -174,19 +154,19 @@ TEST(wobj_calibration, records_are_read_and_written_within_their_bounds)
 }
 
 // On failure nothing is written: results in memory that cannot be written do no harm.
-TEST(wobj_calibration, refusal_does_not_write_to_the_results)
+TEST(wobj_calibrations, refusal_does_not_write_to_the_results)
 {
     SetUpPlainUnit();
-    const TaughtRequest close = CloseRequest();
-    TaughtRequest beyond = GoodTaughtRequest();
-    beyond.points[1].Frame.B = -200.0;
+    const WobjCalibRequest close = CloseRequest();
+    WobjCalibRequest beyond = GoodWobjRequest();
+    beyond.poses[1].Frame.B = -200.0;
     GuardedRecord<KineFrame> frame(Untouched<KineFrame>());
     GuardedRecord<double> tilt(Untouched<double>());
     frame.Freeze();
     tilt.Freeze();
     for (const WobjCalib& call : kWobjCalibs) {
-        for (const TaughtRequest* request : {&close, &std::as_const(beyond)}) {
-            const WobjArguments at = {{&request->points[0], &request->points[1], &request->points[2]},
+        for (const WobjCalibRequest* request : {&close, &std::as_const(beyond)}) {
+            const WobjArguments at = {{&request->poses[0], &request->poses[1], &request->poses[2]},
                                       &request->user,
                                       kPlainUnit,
                                       frame.Get(),
@@ -199,22 +179,22 @@ TEST(wobj_calibration, refusal_does_not_write_to_the_results)
 
 // The frame over each pose and over the user frame, the tilt over any double of any record: the results are
 // those of records apart, and nothing else changes.
-TEST(wobj_calibration, results_may_share_memory_with_the_inputs)
+TEST(wobj_calibrations, results_may_share_memory_with_the_inputs)
 {
     SetUpPlainUnit();
     for (const WobjCalib& call : kWobjCalibs) {
-        const WobjOutcome expected = Calibrated(call, GoodTaughtRequest());
+        const WobjCalibOutcome expected = Solved(call, GoodWobjRequest());
         for (const std::size_t framePlace : {std::size_t{0}, sizeof(KinePose), 2 * sizeof(KinePose),
                                              offsetof(Records, user), std::size_t{64}, std::size_t{100}}) {
             for (std::size_t tiltPlace = 0; tiltPlace < offsetof(Records, frame); tiltPlace += 8) {
                 if (tiltPlace + 8 > framePlace && tiltPlace < framePlace + sizeof(KineFrame)) continue;
-                Records good = RecordsOf(GoodTaughtRequest());
+                Records good = RecordsOf(GoodWobjRequest());
                 auto* memory = reinterpret_cast<unsigned char*>(&good);
                 WobjArguments at = ArgumentsAt(memory);
                 at.frame = reinterpret_cast<KineFrame*>(memory + framePlace);
                 at.tilt = reinterpret_cast<double*>(memory + tiltPlace);
                 EXPECT_EQ(call.run(at), KINE_OK) << call.name;
-                Records wanted = RecordsOf(GoodTaughtRequest());
+                Records wanted = RecordsOf(GoodWobjRequest());
                 std::memcpy(reinterpret_cast<unsigned char*>(&wanted) + framePlace, &expected.frame,
                             sizeof expected.frame);
                 std::memcpy(reinterpret_cast<unsigned char*>(&wanted) + tiltPlace, &expected.tilt,
@@ -234,11 +214,11 @@ TEST(wobj_calibration, results_may_share_memory_with_the_inputs)
     }
 }
 
-TEST(wobj_calibration, one_record_in_all_places_is_0x6065)
+TEST(wobj_calibrations, one_record_in_all_places_is_0x6065)
 {
     SetUpPlainUnit();
-    const TaughtRequest request = GoodTaughtRequest();
-    const KinePose* one = &request.points[0];
+    const WobjCalibRequest request = GoodWobjRequest();
+    const KinePose* one = &request.poses[0];
     for (const WobjCalib& call : kWobjCalibs) {
         KineFrame frame = Untouched<KineFrame>();
         double tilt = Untouched<double>();
@@ -248,14 +228,14 @@ TEST(wobj_calibration, one_record_in_all_places_is_0x6065)
     }
 }
 
-TEST(wobj_calibration, arm_and_its_state_do_not_matter)
+TEST(wobj_calibrations, arm_and_its_state_do_not_matter)
 {
     SetUpPlainUnit();
     const KineMechUnit unit =
         TwoRotaryUnit({100.0, 20.0, 5.0, 6.0, 7.0, 8.0}, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0}, 1, 2);
     StoreUnit(kPlainUnit, unit);
-    std::vector<WobjOutcome> expected;
-    for (const WobjCalib& call : kWobjCalibs) expected.push_back(Calibrated(call, GoodTaughtRequest()));
+    std::vector<WobjCalibOutcome> expected;
+    for (const WobjCalib& call : kWobjCalibs) expected.push_back(Solved(call, GoodWobjRequest()));
 
     const KineKinematicParam scara = Scara();
     const KineKinematicParam wrist = WristArm();
@@ -279,38 +259,36 @@ TEST(wobj_calibration, arm_and_its_state_do_not_matter)
         SetUnitCounts(3, 6);
         StoreUnit(kPlainUnit, unit);
         for (std::size_t i = 0; i < kWobjCalibs.size(); ++i) {
-            EXPECT_TRUE(SameResult(Calibrated(kWobjCalibs[i], GoodTaughtRequest()), expected[i]));
+            EXPECT_TRUE(SameResult(Solved(kWobjCalibs[i], GoodWobjRequest()), expected[i]));
         }
     }
 }
 
 // A NaN coordinate makes all of its direction NaN, no comparison is true for it, and the frame keeps what it
 // has from elsewhere: the position of the origin, and with a lost XY point the direction of X.
-TEST(wobj_calibration, nan_in_a_position_is_0_with_nan_in_the_result)
+TEST(wobj_calibrations, nan_in_a_position_is_0_with_nan_in_the_result)
 {
     SetUpPlainUnit();
     for (const WobjCalib& call : kWobjCalibs) {
-        const WobjOutcome good = Calibrated(call, GoodTaughtRequest());
-        for (std::size_t place = 0; place < call.points; ++place) {
-            for (const auto coordinate : kPosition) {
-                for (const double bad : {kNan, -kNan, std::bit_cast<double>(0xFFF8000000000123ULL)}) {
+        const WobjCalibOutcome good = Solved(call, GoodWobjRequest());
+        for (std::size_t place = 0; place < call.poses; ++place) {
+            for (const auto coordinate : kCoordinates) {
+                for (const double bad : {kNan, -kNan, kNanWithPayload}) {
                     SCOPED_TRACE(::testing::Message() << call.name << " pose " << place);
-                    TaughtRequest request = GoodTaughtRequest();
-                    request.points[place].Frame.*coordinate = bad;
-                    const WobjOutcome result = Calibrated(call, request);
-                    EXPECT_TRUE(SameBits(result.frame.C, kNan));
-                    EXPECT_TRUE(SameBits(result.tilt, kNan));
-                    for (const double value : Numbers(result)) {
-                        EXPECT_TRUE(!std::isnan(value) || SameBits(value, kNan));
-                    }
+                    WobjCalibRequest request = GoodWobjRequest();
+                    request.poses[place].Frame.*coordinate = bad;
+                    const WobjCalibOutcome result = Solved(call, request);
+                    EXPECT_TRUE(IsTheNan(result.frame.C));
+                    EXPECT_TRUE(IsTheNan(result.tilt));
+                    EXPECT_TRUE(HoldsOnlyTheNan(result));
                     if (call == kCircle) {
-                        for (const double value : Numbers(result)) EXPECT_TRUE(std::isnan(value));
+                        ExpectAllNan(result.frame);
                         continue;
                     }
                     if (place == 0) {
                         EXPECT_TRUE(std::isnan(result.frame.*coordinate));
                     } else {
-                        for (const auto p : kPosition) EXPECT_NEAR(result.frame.*p, good.frame.*p, 1e-12);
+                        for (const auto p : kCoordinates) EXPECT_NEAR(result.frame.*p, good.frame.*p, 1e-12);
                     }
                     EXPECT_EQ(std::isnan(result.frame.A), place != 2);
                     EXPECT_EQ(std::isnan(result.frame.B), place != 2);
@@ -326,26 +304,26 @@ TEST(wobj_calibration, nan_in_a_position_is_0_with_nan_in_the_result)
 // Infinity over infinity: the direction is NaN. What is finite over infinity is 0: an infinite height is the
 // vertical to the two-point form, and leaves the normal of a circle with a height of 0 over an infinite
 // length.
-TEST(wobj_calibration, infinity_in_a_position_is_0_with_nan_in_the_result)
+TEST(wobj_calibrations, infinity_in_a_position_is_0_with_nan_in_the_result)
 {
     SetUpPlainUnit();
     for (const WobjCalib& call : kWobjCalibs) {
-        for (std::size_t place = 0; place < call.points; ++place) {
-            for (const auto coordinate : kPosition) {
+        for (std::size_t place = 0; place < call.poses; ++place) {
+            for (const auto coordinate : kCoordinates) {
                 for (const double bad : {kInf, -kInf}) {
                     SCOPED_TRACE(::testing::Message() << call.name << " pose " << place);
-                    TaughtRequest request = GoodTaughtRequest();
-                    request.points[place].Frame.*coordinate = bad;
+                    WobjCalibRequest request = GoodWobjRequest();
+                    request.poses[place].Frame.*coordinate = bad;
                     if (call == kUser2P && coordinate == &KineFrame::Z) {
                         ExpectRefused(call, request, KINE_ERR_CALIB_POINTS_CLOSE);
                         continue;
                     }
-                    const WobjOutcome result = Calibrated(call, request);
-                    EXPECT_TRUE(SameBits(result.frame.C, kNan));
+                    const WobjCalibOutcome result = Solved(call, request);
+                    EXPECT_TRUE(IsTheNan(result.frame.C));
                     if (call == kCircle && place != 0 && coordinate == &KineFrame::Z) {
                         EXPECT_NEAR(result.tilt, kQuarterTurn, 1e-15);
                     } else {
-                        EXPECT_TRUE(SameBits(result.tilt, kNan));
+                        EXPECT_TRUE(IsTheNan(result.tilt));
                     }
                 }
             }
@@ -353,7 +331,7 @@ TEST(wobj_calibration, infinity_in_a_position_is_0_with_nan_in_the_result)
     }
 }
 
-TEST(wobj_calibration, any_bits_and_any_size_end_in_a_code_of_the_call)
+TEST(wobj_calibrations, any_bits_and_any_size_end_in_a_code_of_the_call)
 {
     SetUpPlainUnit();
     SeededRandom random(670);
@@ -361,7 +339,7 @@ TEST(wobj_calibration, any_bits_and_any_size_end_in_a_code_of_the_call)
     EXPECT_EQ(PrintedBy([&] {
                   for (int i = 0; i < 4000; ++i) {
                       if (i % 16 == 0) StoreUnit(kPlainUnit, AnyUnit(random));
-                      const TaughtRequest request = AnyRequest(random);
+                      const WobjCalibRequest request = AnyRequest(random);
                       for (const WobjCalib& call : kWobjCalibs) seen.insert(DefinedCode(call, request));
                   }
               }),

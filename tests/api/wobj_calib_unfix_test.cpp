@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-#include "support/taught_points.h"
+#include "support/wobj_calib_calls.h"
 
 using namespace kine::test;
 
@@ -19,22 +19,23 @@ void SetUpUnit(const KineMechUnit& unit, int index = 1, uint32_t units = 3)
     StoreUnit(index, unit);
 }
 
-KinePose At(double x, double y, double z, double first, double second = 0.0)
+// At a point, with external axes 0 and 1 at these values.
+KinePose PoseAt(double x, double y, double z, double first, double second = 0.0)
 {
-    KinePose pose = TaughtAt(x, y, z);
+    KinePose pose = TaughtAt({x, y, z});
     pose.ExtAxis[0] = first;
     pose.ExtAxis[1] = second;
     return pose;
 }
 
-WobjOutcome OnUnit(int32_t unit, const KinePose& origin, const KinePose& x, const KinePose& xy)
+WobjCalibOutcome OnUnit(int32_t unit, const KinePose& origin, const KinePose& x, const KinePose& xy)
 {
-    TaughtRequest request = Points(origin, x, xy);
+    WobjCalibRequest request{{origin, x, xy}};
     request.unit = unit;
-    return Calibrated(kUnFixObject, request);
+    return Solved(kUnFixObject, request);
 }
 
-void ExpectPointsRefused(TaughtRequest request, int32_t unit)
+void ExpectPointsRefused(WobjCalibRequest request, int32_t unit)
 {
     SCOPED_TRACE(unit);
     request.unit = unit;
@@ -53,9 +54,10 @@ const KineFrame kSecond = {-40.0, 60.0, 120.0, -75.0, 15.0, 95.0};
 const KineFrame kAtOrigin = {0.0, 0.0, 0.0, 10.0, 20.0, 30.0};
 
 // Three good points for a unit at any place.
-TaughtRequest GoodPoints()
+WobjCalibRequest GoodPoints()
 {
-    return Points(At(900.0, 50.0, 400.0, 0.0), At(950.0, 60.0, 410.0, 0.0), At(890.0, 120.0, 380.0, 0.0));
+    return {
+        {PoseAt(900.0, 50.0, 400.0, 0.0), PoseAt(950.0, 60.0, 410.0, 0.0), PoseAt(890.0, 120.0, 380.0, 0.0)}};
 }
 
 }  // namespace
@@ -65,14 +67,14 @@ TaughtRequest GoodPoints()
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, on_one_rotary_axis_turns_every_pose_back_by_its_own_angle)
 {
     SetUpUnit(RotaryUnit({100.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 0));
-    const WobjOutcome result =
-        OnUnit(1, At(110.0, 0.0, 0.0, 0.0), At(100.0, 30.0, 0.0, 90.0), At(90.0, -20.0, 0.0, 180.0));
-    ExpectFrameUpToTurns(result.frame, {10.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 1e-11);
+    const WobjCalibOutcome result = OnUnit(1, PoseAt(110.0, 0.0, 0.0, 0.0), PoseAt(100.0, 30.0, 0.0, 90.0),
+                                           PoseAt(90.0, -20.0, 0.0, 180.0));
+    EXPECT_TRUE(IsNearFrame(result.frame, {10.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 1e-11, 1e-11));
     EXPECT_NEAR(result.tilt, 0.0, 1e-7);
     // Angles of external axes are not bounded.
-    const WobjOutcome turned =
-        OnUnit(1, At(110.0, 0.0, 0.0, -360.0), At(100.0, 30.0, 0.0, 450.0), At(90.0, -20.0, 0.0, -180.0));
-    ExpectFrameUpToTurns(turned.frame, {10.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 1e-11);
+    const WobjCalibOutcome turned = OnUnit(1, PoseAt(110.0, 0.0, 0.0, -360.0),
+                                           PoseAt(100.0, 30.0, 0.0, 450.0), PoseAt(90.0, -20.0, 0.0, -180.0));
+    EXPECT_TRUE(IsNearFrame(turned.frame, {10.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 1e-11, 1e-11));
 }
 
 // The rail runs along world Y; the turn behind the travel brings the axes back. Its second position is not
@@ -80,9 +82,9 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, on_one_rotary_axis_turns_every_pose_back_by_i
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, on_a_linear_axis_moves_every_pose_back_by_its_own_travel)
 {
     SetUpUnit(LinearUnit({0.0, 0.0, 5.0, 90.0, 0.0, 0.0}, {1e3, 2e3, 3e3, -90.0, 0.0, 0.0}, 0));
-    const WobjOutcome result =
-        OnUnit(1, At(1.0, 2.0, 8.0, 0.0), At(11.0, 52.0, 8.0, 50.0), At(1.0, 7.0 - 300.0, 8.0, -300.0));
-    ExpectFrameUpToTurns(result.frame, {1.0, 2.0, 3.0, 0.0, 0.0, 0.0}, 1e-11);
+    const WobjCalibOutcome result = OnUnit(1, PoseAt(1.0, 2.0, 8.0, 0.0), PoseAt(11.0, 52.0, 8.0, 50.0),
+                                           PoseAt(1.0, 7.0 - 300.0, 8.0, -300.0));
+    EXPECT_TRUE(IsNearFrame(result.frame, {1.0, 2.0, 3.0, 0.0, 0.0, 0.0}, 1e-11, 1e-11));
     EXPECT_NEAR(result.tilt, 0.0, 1e-7);
 }
 
@@ -93,9 +95,10 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, on_a_linear_axis_moves_every_pose_back_by_its
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, on_two_rotary_axes_sees_the_poses_from_the_second)
 {
     SetUpUnit(TwoRotaryUnit({100.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {0.0, 0.0, 10.0, 0.0, 0.0, -90.0}, 0, 1));
-    const WobjOutcome result = OnUnit(1, At(120.0, 0.0, 10.0, 0.0, 0.0), At(100.0, 50.0, 10.0, 90.0, 0.0),
-                                      At(95.0, 0.0, -10.0, 0.0, 90.0));
-    ExpectFrameUpToTurns(result.frame, {20.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 1e-11);
+    const WobjCalibOutcome result =
+        OnUnit(1, PoseAt(120.0, 0.0, 10.0, 0.0, 0.0), PoseAt(100.0, 50.0, 10.0, 90.0, 0.0),
+               PoseAt(95.0, 0.0, -10.0, 0.0, 90.0));
+    EXPECT_TRUE(IsNearFrame(result.frame, {20.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 1e-11, 1e-11));
     EXPECT_NEAR(result.tilt, 0.0, 1e-7);
 }
 
@@ -103,14 +106,14 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, on_two_rotary_axes_sees_the_poses_from_the_se
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, tilt_is_measured_against_the_axis)
 {
     SetUpUnit(RotaryUnit({100.0, 0.0, 0.0, 0.0, 0.0, 90.0}, 0));
-    const WobjOutcome level =
-        OnUnit(1, At(100.0, 0.0, 0.0, 0.0), At(110.0, 0.0, 0.0, 0.0), At(100.0, 10.0, 0.0, 0.0));
-    ExpectFrameUpToTurns(level.frame, {0.0, 0.0, 0.0, 0.0, 0.0, -90.0}, 1e-11);
+    const WobjCalibOutcome level =
+        OnUnit(1, PoseAt(100.0, 0.0, 0.0, 0.0), PoseAt(110.0, 0.0, 0.0, 0.0), PoseAt(100.0, 10.0, 0.0, 0.0));
+    EXPECT_TRUE(IsNearFrame(level.frame, {0.0, 0.0, 0.0, 0.0, 0.0, -90.0}, 1e-11, 1e-11));
     EXPECT_NEAR(level.tilt, kQuarterTurn, 1e-13);
     // Upright against world Y the frame agrees with the axis.
-    const WobjOutcome upright =
-        OnUnit(1, At(100.0, 0.0, 0.0, 0.0), At(110.0, 0.0, 0.0, 0.0), At(100.0, 0.0, 10.0, 0.0));
-    ExpectFrameUpToTurns(upright.frame, {}, 1e-11);
+    const WobjCalibOutcome upright =
+        OnUnit(1, PoseAt(100.0, 0.0, 0.0, 0.0), PoseAt(110.0, 0.0, 0.0, 0.0), PoseAt(100.0, 0.0, 10.0, 0.0));
+    EXPECT_TRUE(IsNearFrame(upright.frame, {}, 1e-11, 1e-11));
     EXPECT_NEAR(upright.tilt, 0.0, 1e-7);
 }
 
@@ -119,13 +122,13 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, tilt_is_measured_against_the_axis)
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, poses_may_share_a_position_and_differ_in_the_axis)
 {
     SetUpUnit(RotaryUnit({100.0, 0.0, 0.0, 0.0, 0.0, 0.0}, 0));
-    const WobjOutcome result =
-        OnUnit(1, At(110.0, 0.0, 0.0, 0.0), At(110.0, 0.0, 0.0, 90.0), At(110.0, 0.0, 0.0, 180.0));
-    ExpectFrameUpToTurns(result.frame, {10.0, 0.0, 0.0, -135.0, 0.0, 180.0}, 1e-11);
+    const WobjCalibOutcome result = OnUnit(1, PoseAt(110.0, 0.0, 0.0, 0.0), PoseAt(110.0, 0.0, 0.0, 90.0),
+                                           PoseAt(110.0, 0.0, 0.0, 180.0));
+    EXPECT_TRUE(IsNearFrame(result.frame, {10.0, 0.0, 0.0, -135.0, 0.0, 180.0}, 1e-11, 1e-11));
     EXPECT_NEAR(result.tilt, kHalfTurn, 1e-7);
     // And one mark may pass through different positions.
     ExpectPointsRefused(
-        Points(At(110.0, 0.0, 0.0, 0.0), At(100.0, 10.0, 0.0, 90.0), At(130.0, 10.0, 0.0, 0.0)), 1);
+        {{PoseAt(110.0, 0.0, 0.0, 0.0), PoseAt(100.0, 10.0, 0.0, 90.0), PoseAt(130.0, 10.0, 0.0, 0.0)}}, 1);
 }
 
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, recovers_the_frame_on_any_unit)
@@ -144,19 +147,15 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, recovers_the_frame_on_any_unit)
             const int index = random.Whole(0, 2);
             SetUpUnit(unit, index);
             const Mat4 truth = MatrixOf(AnyFrame(random));
-            TaughtRequest request = PointsOf(truth, random);
+            WobjCalibRequest request = PointsOf(truth, random);
             request.unit = index;
-            for (KinePose& pose : request.points) {
+            for (KinePose& pose : request.poses) {
                 FillExtAxes(pose, random);
                 pose.ExtAxis[firstDriver] = random.Uniform(-400.0, 400.0);
                 if (kind == kTwoRotaryKind) pose.ExtAxis[secondDriver] = random.Uniform(-400.0, 400.0);
-                const Mat4 world =
-                    UnitMatrix(unit, pose.ExtAxis) * Shift(pose.Frame.X, pose.Frame.Y, pose.Frame.Z);
-                pose.Frame.X = world[0][3];
-                pose.Frame.Y = world[1][3];
-                pose.Frame.Z = world[2][3];
+                pose.Frame = At(UnitMatrix(unit, pose.ExtAxis) * PositionOf(pose), pose.Frame);
             }
-            const WobjOutcome result = Calibrated(kUnFixObject, request);
+            const WobjCalibOutcome result = Solved(kUnFixObject, request);
             EXPECT_TRUE(IsFrame(result.frame, truth));
             ExpectTilt(result.tilt, truth);
         }
@@ -168,16 +167,16 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, angles_of_the_poses_do_not_matter)
     SeededRandom random(651);
     SetUpUnit(TwoRotaryUnit(kFirst, kSecond, 0, 1));
     for (int i = 0; i < 100; ++i) {
-        TaughtRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
-        for (KinePose& pose : request.points) pose.ExtAxis[0] = random.Uniform(-180.0, 180.0);
-        const WobjOutcome expected = Calibrated(kUnFixObject, request);
-        for (KinePose& pose : request.points) {
+        WobjCalibRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
+        for (KinePose& pose : request.poses) pose.ExtAxis[0] = random.Uniform(-180.0, 180.0);
+        const WobjCalibOutcome expected = Solved(kUnFixObject, request);
+        for (KinePose& pose : request.poses) {
             for (const auto angle : kAngles) pose.Frame.*angle = random.Uniform(-180.0, 180.0);
             pose.Cfg1 = static_cast<int32_t>(random.Bits());
             pose.Cfg3 = static_cast<int32_t>(random.Bits());
             if (i % 5 == 0) pose.Frame.A = kNan;
         }
-        EXPECT_TRUE(SameResult(Calibrated(kUnFixObject, request), expected));
+        EXPECT_TRUE(SameResult(Solved(kUnFixObject, request), expected));
     }
 }
 
@@ -185,11 +184,11 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, angles_of_the_poses_do_not_matter)
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, does_not_ask_what_carries_the_robot)
 {
     SetUpUnit(RotaryUnit(kFirst, 0), 1);
-    const WobjOutcome expected = Calibrated(kUnFixObject, GoodPoints());
+    const WobjCalibOutcome expected = Solved(kUnFixObject, GoodPoints());
     StoreUnit(0, CarryingRobot(LinearUnit(kSecond, kFirst, 3), 0));
-    EXPECT_TRUE(SameResult(Calibrated(kUnFixObject, GoodPoints()), expected));
+    EXPECT_TRUE(SameResult(Solved(kUnFixObject, GoodPoints()), expected));
     StoreUnit(0, CarryingRobot(KineMechUnit{}, 1));
-    EXPECT_TRUE(SameResult(Calibrated(kUnFixObject, GoodPoints()), expected));
+    EXPECT_TRUE(SameResult(Solved(kUnFixObject, GoodPoints()), expected));
 }
 
 TEST(Kine_CalcUnFixWobj_ObjPrm_3P, index_that_is_no_unit_is_0x6065)
@@ -205,9 +204,9 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, index_that_is_no_unit_is_0x6065)
         ExpectPointsRefused(GoodPoints(), index);
     }
     for (int index = 0; index < 3; ++index) {
-        TaughtRequest request = GoodPoints();
+        WobjCalibRequest request = GoodPoints();
         request.unit = index;
-        Calibrated(kUnFixObject, request);
+        Solved(kUnFixObject, request);
     }
 }
 
@@ -224,9 +223,9 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, index_above_the_count_is_0x6065)
             if (index > static_cast<int32_t>(count)) {
                 ExpectPointsRefused(GoodPoints(), index);
             } else {
-                TaughtRequest request = GoodPoints();
+                WobjCalibRequest request = GoodPoints();
                 request.unit = index;
-                Calibrated(kUnFixObject, request);
+                Solved(kUnFixObject, request);
             }
         }
     }
@@ -272,7 +271,7 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, single_axis_needs_neither_second_axis_nor_sec
         unit.UnitKind = kind;
         unit.AxisCount = 1;
         SetUpUnit(unit);
-        Calibrated(kUnFixObject, GoodPoints());
+        Solved(kUnFixObject, GoodPoints());
     }
 }
 
@@ -287,13 +286,13 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, rotary_axis_at_the_origin_is_0x6065)
     }
     // A linear axis may stand there, and a rotary one however little off.
     SetUpUnit(LinearUnit(kAtOrigin, kAtOrigin, 0));
-    Calibrated(kUnFixObject, GoodPoints());
-    for (double KineFrame::*place : {&KineFrame::X, &KineFrame::Y, &KineFrame::Z}) {
+    Solved(kUnFixObject, GoodPoints());
+    for (const auto place : kCoordinates) {
         for (const double off : {std::numeric_limits<double>::denorm_min(), -1e-300}) {
             KineFrame axis = kAtOrigin;
             axis.*place = off;
             SetUpUnit(RotaryUnit(axis, 0));
-            Calibrated(kUnFixObject, GoodPoints());
+            Solved(kUnFixObject, GoodPoints());
         }
     }
 }
@@ -305,11 +304,11 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, axis_value_that_is_not_finite_is_passed_on)
         SetUpUnit(unit);
         for (const double bad : {kNan, -kNan, kInf, -kInf}) {
             for (std::size_t place = 0; place < 3; ++place) {
-                TaughtRequest request = GoodPoints();
-                request.points[place].ExtAxis[2] = bad;
-                const WobjOutcome result = Calibrated(kUnFixObject, request);
-                EXPECT_TRUE(SameBits(result.frame.C, kNan));
-                EXPECT_TRUE(SameBits(result.tilt, kNan));
+                WobjCalibRequest request = GoodPoints();
+                request.poses[place].ExtAxis[2] = bad;
+                const WobjCalibOutcome result = Solved(kUnFixObject, request);
+                EXPECT_TRUE(IsTheNan(result.frame.C));
+                EXPECT_TRUE(IsTheNan(result.tilt));
                 EXPECT_EQ(std::isfinite(result.frame.X), place != 0);
             }
         }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "support/taught_points.h"
+#include "support/wobj_calib_calls.h"
 
 using namespace kine::test;
 
@@ -20,8 +20,7 @@ const std::vector<WobjCalib> kUserCalibs = {kExtUser3P, kGripUser3P};
 struct HandCase
 {
     const char* name;
-    double x[3];
-    double xy[3];
+    Point x, xy;
     KineFrame angles;  // at the origin
     double tilt;
 };
@@ -58,40 +57,32 @@ const std::vector<HandCase> kHandCases = {
      {0, 0, 0, 63.43494882292201, -41.81031489577862, 63.43494882292201},
      1.2309594173407747}};
 
-TaughtRequest RequestOf(const HandCase& hand)
-{
-    const double o[3] = {100.0, -50.0, 30.0};
-    return Points(TaughtAt(o[0], o[1], o[2]), TaughtAt(o[0] + hand.x[0], o[1] + hand.x[1], o[2] + hand.x[2]),
-                  TaughtAt(o[0] + hand.xy[0], o[1] + hand.xy[1], o[2] + hand.xy[2]));
-}
+constexpr Point kOrigin = {100.0, -50.0, 30.0};
 
 }  // namespace
 
-TEST(wobj_user_3p, hand_made_frames_have_their_angles_and_tilt)
+TEST(wobj_calibrations, hand_made_user_frames_have_their_angles_and_tilt)
 {
     for (const WobjCalib& call : kUserCalibs) {
         for (const HandCase& hand : kHandCases) {
             SCOPED_TRACE(std::string(call.name) + ", " + hand.name);
-            const WobjOutcome result = Calibrated(call, RequestOf(hand));
-            KineFrame expected = hand.angles;
-            expected.X = 100.0;
-            expected.Y = -50.0;
-            expected.Z = 30.0;
-            ExpectFrameUpToTurns(result.frame, expected, 1e-12);
+            const WobjCalibOutcome result =
+                Solved(call, Points(kOrigin, kOrigin + hand.x, kOrigin + hand.xy));
+            EXPECT_TRUE(IsNearFrame(result.frame, At(kOrigin, hand.angles), 1e-12, 1e-12));
             EXPECT_NEAR(result.tilt, hand.tilt, 1e-14);
         }
     }
 }
 
-TEST(wobj_user_3p, recovers_the_frame_that_the_points_were_taken_from)
+TEST(wobj_calibrations, user_frame_that_the_points_were_taken_from_is_recovered)
 {
     SeededRandom random(620);
     for (int i = 0; i < 1000; ++i) {
         SCOPED_TRACE(i);
         const Mat4 truth = MatrixOf(AnyFrame(random));
-        const TaughtRequest request = PointsOf(truth, random);
+        const WobjCalibRequest request = PointsOf(truth, random);
         for (const WobjCalib& call : kUserCalibs) {
-            const WobjOutcome result = Calibrated(call, request);
+            const WobjCalibOutcome result = Solved(call, request);
             EXPECT_TRUE(IsFrame(result.frame, truth)) << call.name;
             ExpectTilt(result.tilt, truth);
         }
@@ -99,7 +90,7 @@ TEST(wobj_user_3p, recovers_the_frame_that_the_points_were_taken_from)
 }
 
 // B = +-90 with any A and C: the same rotation with A = 0.
-TEST(wobj_user_3p, with_x_vertical_answers_with_a_zero)
+TEST(Kine_CalcExtWobj_UserPrm_3P, with_x_vertical_answers_with_a_zero)
 {
     SeededRandom random(621);
     for (int i = 0; i < 200; ++i) {
@@ -107,7 +98,7 @@ TEST(wobj_user_3p, with_x_vertical_answers_with_a_zero)
         const Mat4 truth = MatrixOf({random.Uniform(-900.0, 900.0), random.Uniform(-900.0, 900.0), 250.0,
                                      random.Uniform(-180.0, 180.0), i % 2 == 0 ? 90.0 : -90.0,
                                      random.Uniform(-180.0, 180.0)});
-        const WobjOutcome result = Calibrated(kExtUser3P, PointsOf(truth, random));
+        const WobjCalibOutcome result = Solved(kExtUser3P, PointsOf(truth, random));
         EXPECT_EQ(result.frame.A, 0.0);
         EXPECT_EQ(result.frame.B, i % 2 == 0 ? 90.0 : -90.0);
         EXPECT_TRUE(IsFrame(result.frame, truth));
@@ -116,7 +107,7 @@ TEST(wobj_user_3p, with_x_vertical_answers_with_a_zero)
 }
 
 // Mirroring the XY point in the X axis turns the frame by 180 degrees about X.
-TEST(wobj_user_3p, xy_point_on_the_other_side_turns_z_over)
+TEST(Kine_CalcExtWobj_UserPrm_3P, xy_point_on_the_other_side_turns_z_over)
 {
     SeededRandom random(622);
     for (int i = 0; i < 200; ++i) {
@@ -124,51 +115,49 @@ TEST(wobj_user_3p, xy_point_on_the_other_side_turns_z_over)
         const Mat4 truth = MatrixOf(AnyFrame(random));
         const double x = random.Uniform(-300.0, 300.0);
         const double y = random.Uniform(50.0, 500.0);
-        TaughtRequest request = Points(TaughtIn(truth, 0.0, 0.0, 0.0), TaughtIn(truth, 200.0, 0.0, 0.0),
-                                       TaughtIn(truth, x, y, 0.0));
-        const double tilt = Calibrated(kExtUser3P, request).tilt;
-        request.points[2] = TaughtIn(truth, x, -y, 0.0);
-        const WobjOutcome turned = Calibrated(kExtUser3P, request);
+        WobjCalibRequest request =
+            Points(PositionOf(truth), truth * Point{200.0, 0.0, 0.0}, truth * Point{x, y, 0.0});
+        const double tilt = Solved(kExtUser3P, request).tilt;
+        request.poses[2] = TaughtAt(truth * Point{x, -y, 0.0});
+        const WobjCalibOutcome turned = Solved(kExtUser3P, request);
         EXPECT_TRUE(IsFrame(turned.frame, truth * TurnXDeg(180.0)));
         EXPECT_NEAR(turned.tilt, kHalfTurn - tilt, 1e-7);
     }
 }
 
 // How far away the X point lies, and where in the half plane the XY point, changes nothing.
-TEST(wobj_user_3p, places_of_the_points_in_their_half_plane_do_not_matter)
+TEST(Kine_CalcGripWobj_UserPrm_3P, places_of_the_points_in_their_half_plane_do_not_matter)
 {
     SeededRandom random(623);
     const Mat4 truth = MatrixOf({300.0, -200.0, 100.0, 25.0, -35.0, 115.0});
     for (int i = 0; i < 200; ++i) {
         SCOPED_TRACE(i);
-        EXPECT_TRUE(IsFrame(Calibrated(kGripUser3P, PointsOf(truth, random)).frame, truth));
+        EXPECT_TRUE(IsFrame(Solved(kGripUser3P, PointsOf(truth, random)).frame, truth));
     }
 }
 
-TEST(wobj_user_3p, origin_comes_back_bit_for_bit)
+TEST(wobj_calibrations, origin_of_a_user_frame_comes_back_bit_for_bit)
 {
     SeededRandom random(624);
     for (int i = 0; i < 50; ++i) {
-        const TaughtRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
+        const WobjCalibRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
         for (const WobjCalib& call : {kUser2P, kExtUser3P, kGripUser3P}) {
-            const KineFrame frame = Calibrated(call, request).frame;
-            EXPECT_EQ(frame.X, request.points[0].Frame.X);
-            EXPECT_EQ(frame.Y, request.points[0].Frame.Y);
-            EXPECT_EQ(frame.Z, request.points[0].Frame.Z);
+            const KineFrame frame = Solved(call, request).frame;
+            EXPECT_EQ(PositionOf(frame), PositionOf(request.poses[0]));
         }
     }
 }
 
-TEST(wobj_user_3p, fixed_and_held_work_objects_get_identical_bits)
+TEST(wobj_calibrations, user_frames_of_fixed_and_held_work_objects_have_identical_bits)
 {
     SeededRandom random(625);
     int solved = 0;
     for (int i = 0; i < 2000; ++i) {
         SCOPED_TRACE(i);
-        TaughtRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
-        if (i % 4 == 1) request.points[random.Below(3)].Frame = random.AnyBits<KineFrame>();
-        if (i % 4 == 2) request.points[2].Frame = request.points[random.Below(2)].Frame;
-        const WobjOutcome fixed = Perform(kExtUser3P, request);
+        WobjCalibRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
+        if (i % 4 == 1) request.poses[random.Below(3)].Frame = random.AnyBits<KineFrame>();
+        if (i % 4 == 2) request.poses[2].Frame = request.poses[random.Below(2)].Frame;
+        const WobjCalibOutcome fixed = Perform(kExtUser3P, request);
         EXPECT_TRUE(SameResult(fixed, Perform(kGripUser3P, request)));
         if (fixed.code == KINE_OK) ++solved;
     }
@@ -177,7 +166,7 @@ TEST(wobj_user_3p, fixed_and_held_work_objects_get_identical_bits)
 }
 
 // Horizontal frames give cosines a rounding above 1, upside-down ones below -1.
-TEST(wobj_user_3p, tilt_of_nearly_horizontal_frames_is_a_number)
+TEST(Kine_CalcExtWobj_UserPrm_3P, tilt_of_nearly_horizontal_frames_is_a_number)
 {
     SeededRandom random(626);
     for (int i = 0; i < 2000; ++i) {
@@ -185,7 +174,7 @@ TEST(wobj_user_3p, tilt_of_nearly_horizontal_frames_is_a_number)
         const double turn = i % 2 == 0 ? 0.0 : 180.0;
         const Mat4 truth = MatrixOf({10.0, 20.0, 30.0, random.Uniform(-180.0, 180.0),
                                      random.Uniform(-1e-7, 1e-7), turn + random.Uniform(-1e-7, 1e-7)});
-        const double tilt = Calibrated(kExtUser3P, PointsOf(truth, random)).tilt;
+        const double tilt = Solved(kExtUser3P, PointsOf(truth, random)).tilt;
         EXPECT_NEAR(tilt, InRadians(turn), 1e-7);
         EXPECT_LE(tilt, kHalfTurn);
         EXPECT_GE(tilt, 0.0);
@@ -196,7 +185,7 @@ TEST(Kine_CalcExtWobj_UserPrm_2P, hand_made_directions_have_their_angles_and_til
 {
     const struct
     {
-        double x[3];
+        Point x;
         KineFrame expected;
         double tilt;
     } cases[] = {{{10, 0, 0}, {1, 2, 3, 0, 0, 0}, 0.0},
@@ -211,10 +200,9 @@ TEST(Kine_CalcExtWobj_UserPrm_2P, hand_made_directions_have_their_angles_and_til
                  {{1, 2, 2}, {1, 2, 3, 63.43494882292201, -41.81031489577862, 0}, 0.7297276562269663}};
     for (const auto& hand : cases) {
         SCOPED_TRACE(::testing::Message() << hand.x[0] << ' ' << hand.x[1] << ' ' << hand.x[2]);
-        const WobjOutcome result = Calibrated(
-            kUser2P,
-            Points(TaughtAt(1.0, 2.0, 3.0), TaughtAt(1.0 + hand.x[0], 2.0 + hand.x[1], 3.0 + hand.x[2])));
-        ExpectFrameUpToTurns(result.frame, hand.expected, 1e-12);
+        const WobjCalibOutcome result =
+            Solved(kUser2P, Points({1.0, 2.0, 3.0}, Point{1.0, 2.0, 3.0} + hand.x));
+        EXPECT_TRUE(IsNearFrame(result.frame, hand.expected, 1e-12, 1e-12));
         EXPECT_NEAR(result.tilt, hand.tilt, 1e-14);
     }
 }
@@ -228,10 +216,10 @@ TEST(Kine_CalcExtWobj_UserPrm_2P, keeps_y_horizontal_and_z_up)
         KineFrame truth = AnyFrame(random);
         truth.B = random.Uniform(-89.0, 89.0);
         truth.C = 0.0;
-        const WobjOutcome result =
-            Calibrated(kUser2P, Points(TaughtIn(MatrixOf(truth), 0.0, 0.0, 0.0),
-                                       TaughtIn(MatrixOf(truth), random.Uniform(50.0, 500.0), 0.0, 0.0)));
-        ExpectFrameUpToTurns(result.frame, truth, 1e-9);
+        const WobjCalibOutcome result =
+            Solved(kUser2P, Points(PositionOf(MatrixOf(truth)),
+                                   MatrixOf(truth) * Point{random.Uniform(50.0, 500.0), 0.0, 0.0}));
+        EXPECT_TRUE(IsNearFrame(result.frame, truth));
         EXPECT_EQ(result.frame.C, 0.0);
         ExpectTilt(result.tilt, MatrixOf(truth));
         EXPECT_NEAR(result.tilt, std::fabs(InRadians(truth.B)), 1e-7);
@@ -243,8 +231,7 @@ TEST(Kine_CalcExtWobj_UserPrm_2P, keeps_y_horizontal_and_z_up)
 TEST(Kine_CalcExtWobj_UserPrm_2P, close_to_the_vertical_answers_with_a_zero)
 {
     for (const double up : {1.0, -1.0}) {
-        const WobjOutcome result =
-            Calibrated(kUser2P, Points(TaughtAt(0.0, 0.0, 0.0), TaughtAt(8e-3, 8e-3, up * 1000.0)));
+        const WobjCalibOutcome result = Solved(kUser2P, Points({0.0, 0.0, 0.0}, {8e-3, 8e-3, up * 1000.0}));
         EXPECT_EQ(result.frame.A, 0.0);
         EXPECT_EQ(result.frame.B, -up * 90.0);
         EXPECT_NEAR(result.frame.C, up * 45.0, 1e-12);
@@ -253,22 +240,22 @@ TEST(Kine_CalcExtWobj_UserPrm_2P, close_to_the_vertical_answers_with_a_zero)
     }
 }
 
-TEST(wobj_user, angles_configuration_and_external_axes_of_the_poses_do_not_matter)
+TEST(wobj_calibrations, angles_configuration_and_external_axes_of_the_poses_do_not_matter)
 {
     SeededRandom random(628);
     for (const WobjCalib& call : {kUser2P, kExtUser3P, kGripUser3P, kCircle, kExtObject, kGripObject}) {
         for (int i = 0; i < 50; ++i) {
-            TaughtRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
+            WobjCalibRequest request = PointsOf(MatrixOf(AnyFrame(random)), random);
             request.user = AnyFrame(random);
-            const WobjOutcome expected = Calibrated(call, request);
-            for (KinePose& pose : request.points) {
+            const WobjCalibOutcome expected = Solved(call, request);
+            for (KinePose& pose : request.poses) {
                 KinePose other = random.AnyBits<KinePose>();
                 other.Frame = pose.Frame;
                 for (const auto angle : kAngles) other.Frame.*angle = random.Uniform(-180.0, 180.0);
                 if (i % 5 == 0) other.Frame.B = kNan;
                 pose = other;
             }
-            EXPECT_TRUE(SameResult(Calibrated(call, request), expected)) << call.name;
+            EXPECT_TRUE(SameResult(Solved(call, request), expected)) << call.name;
         }
     }
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "support/calib_results.h"
 #include "support/math_compare.h"
 #include "support/naive_transform.h"
 #include "support/records.h"
@@ -90,9 +91,7 @@ TEST(CalcTcp3P, six_axis_arm_finds_the_tip)
     KineCalibError report = Untouched<KineCalibError>();
     ASSERT_EQ(CalcTcp3P(kSix, std::array{kUpright, kTurned, kTilted}, tip, report), KINE_OK);
     ExpectNear(tip, {10.0, 20.0, 30.0}, 1e-12);
-    EXPECT_NEAR(report.Largest, 0.0, 1e-12);
-    EXPECT_NEAR(report.Mean, 0.0, 1e-12);
-    EXPECT_NEAR(report.Smallest, 0.0, 1e-12);
+    ExpectReport(report, {0.0, 0.0, 0.0}, 1e-12);
 }
 
 // Heights of 0, 7 and 11 mm leave x and y alone and show in the report: differences 7, 11 and 4.
@@ -108,9 +107,7 @@ TEST(CalcTcp3P, four_axis_arms_find_x_and_y)
                   KINE_OK);
         ExpectNear(tip, {10.0, 20.0, 0.0}, 1e-12);
         EXPECT_EQ(tip.z, 0.0);
-        EXPECT_NEAR(report.Largest, 11.0, 1e-12);
-        EXPECT_NEAR(report.Mean, 22.0 / 3.0, 1e-12);
-        EXPECT_NEAR(report.Smallest, 4.0, 1e-12);
+        ExpectReport(report, {11.0, 22.0 / 3.0, 4.0}, 1e-12);
     }
 }
 

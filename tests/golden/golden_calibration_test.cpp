@@ -4,19 +4,24 @@
 // the taught poses are well spread, wide where they are not, 0 where doubles give the exact result.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
+#include <map>
 #include <string>
+#include <vector>
 
 #include "golden_table.h"
-#include "support/cell_setup.h"
-#include "support/records.h"
+#include "support/positioner_calib_calls.h"
+#include "support/tool_calib_calls.h"
+#include "support/wobj_calib_calls.h"
 
 namespace kine::test {
 namespace {
 
 // What a row gives.
-struct Taught
+struct Inputs
 {
     std::uint32_t armType = KINE_ARM_SIX_AXIS;
     std::int32_t unit = 0;
@@ -32,11 +37,9 @@ struct Taught
 struct Written
 {
     KineFrame frame = Untouched<KineFrame>();
-    KineCalibError error = Untouched<KineCalibError>();
+    KineCalibError report = Untouched<KineCalibError>();
     double tilt = Untouched<double>();
 };
-
-using Poses = const KinePose*;
 
 // What a calibration takes besides poses, and writes besides a frame.
 enum Columns : unsigned
@@ -56,87 +59,44 @@ struct Calibration
     const char* name;
     std::size_t poses;
     unsigned columns;
-    KineResult (*call)(Poses p, const Taught& in, Written& out);
+    std::function<KineResult(const Inputs& in, Written& out)> call;
 };
 
-const Calibration kTools[] = {
-    {"Kine_CalcExtToolPrm_1P", 1, kArmType,
-     [](Poses p, const Taught&, Written& out) { return Kine_CalcExtToolPrm_1P(p, &out.frame); }},
-    {"Kine_CalcExtToolPrm_1PZX", 3, kArmType,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcExtToolPrm_1PZX(p, p + 1, p + 2, &out.frame);
-     }},
-    {"Kine_CalcExtToolPrm_3P", 3, kArmType | kReport,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcExtToolPrm_3P(p, p + 1, p + 2, &out.frame, &out.error);
-     }},
-    {"Kine_CalcExtToolPrm_3PZX", 6, kArmType | kReport,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcExtToolPrm_3PZX(p, p + 1, p + 2, p + 3, p + 4, p + 5, &out.frame, &out.error);
-     }},
-    {"Kine_CalcGripToolPrm_3P", 3, kArmType | kReport,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcGripToolPrm_3P(p, p + 1, p + 2, &out.frame, &out.error);
-     }},
-    {"Kine_CalcGripToolPrm_3PZX", 6, kArmType | kReport,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcGripToolPrm_3PZX(p, p + 1, p + 2, p + 3, p + 4, p + 5, &out.frame, &out.error);
-     }},
-    {"Kine_CalcGripToolPrm_5P", 5, kArmType | kReport,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcGripToolPrm_5P(p, p + 1, p + 2, p + 3, p + 4, &out.frame, &out.error);
-     }},
-    {"Kine_CalcGripToolPrm_Scara2P", 2, kArmType,
-     [](Poses p, const Taught&, Written& out) { return Kine_CalcGripToolPrm_Scara2P(p, p + 1, &out.frame); }},
-};
+unsigned If(bool holds, unsigned columns) { return holds ? columns : 0U; }
 
-const Calibration kWobjs[] = {
-    {"Kine_CalcExtWobj_UserPrm_2P", 2, kTilt,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcExtWobj_UserPrm_2P(p, p + 1, &out.frame, &out.tilt);
-     }},
-    {"Kine_CalcExtWobj_UserPrm_3P", 3, kTilt,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcExtWobj_UserPrm_3P(p, p + 1, p + 2, &out.frame, &out.tilt);
-     }},
-    {"Kine_CalcExtWobj_UserPrm_Cirle3P", 3, kTilt,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcExtWobj_UserPrm_Cirle3P(p, p + 1, p + 2, &out.frame, &out.tilt);
-     }},
-    {"Kine_CalcExtWobj_ObjPrm_3P", 3, kGivenFrame | kTilt,
-     [](Poses p, const Taught& in, Written& out) {
-         return Kine_CalcExtWobj_ObjPrm_3P(p, p + 1, p + 2, &in.given, &out.frame, &out.tilt);
-     }},
-    {"Kine_CalcGripWobj_UserPrm_3P", 3, kTilt,
-     [](Poses p, const Taught&, Written& out) {
-         return Kine_CalcGripWobj_UserPrm_3P(p, p + 1, p + 2, &out.frame, &out.tilt);
-     }},
-    {"Kine_CalcGripWobj_ObjPrm_3P", 3, kGivenFrame | kTilt,
-     [](Poses p, const Taught& in, Written& out) {
-         return Kine_CalcGripWobj_ObjPrm_3P(p, p + 1, p + 2, &in.given, &out.frame, &out.tilt);
-     }},
-    {"Kine_CalcUnFixWobj_ObjPrm_3P", 3, kUnit | kAxisFrames | kTilt,
-     [](Poses p, const Taught& in, Written& out) {
-         return Kine_CalcUnFixWobj_ObjPrm_3P(in.unit, p, p + 1, p + 2, &out.frame, &out.tilt);
-     }},
-};
+Calibration Of(const ToolCalib& tool)
+{
+    return {tool.name, tool.poses, kArmType | If(tool.reports, kReport),
+            [tool](const Inputs& in, Written& out) {
+                std::array<const KinePose*, 6> poses{};
+                for (std::size_t i = 0; i < tool.poses; ++i) poses[i] = &in.poses[i];
+                return tool.run(poses.data(), &out.frame, &out.report);
+            }};
+}
 
-const Calibration kPositioners[] = {
-    {"Kine_CalcPositionerJ1Prm_3P", 3, kUnit | kAxisWords,
-     [](Poses p, const Taught& in, Written& out) {
-         return Kine_CalcPositionerJ1Prm_3P(in.unit, p, p + 1, p + 2, &out.frame);
-     }},
-    {"Kine_CalcPositionerJnPrm_3P", 3, kUnit | kAxisWords | kAxisNumber | kGivenFrame,
-     [](Poses p, const Taught& in, Written& out) {
-         return Kine_CalcPositionerJnPrm_3P(in.unit, in.axis, p, p + 1, p + 2, &in.given, &out.frame);
-     }},
-    {"Kine_CalcRobotBasePrm_3P", 3, kUnit | kAxisWords | kReport,
-     [](Poses p, const Taught& in, Written& out) {
-         return Kine_CalcRobotBasePrm_3P(in.unit, p, p + 1, p + 2, &out.frame, &out.error);
-     }},
-};
+Calibration Of(const WobjCalib& wobj)
+{
+    return {wobj.name, wobj.poses,
+            kTilt | If(wobj.takesUser, kGivenFrame) | If(wobj == kUnFixObject, kUnit | kAxisFrames),
+            [wobj](const Inputs& in, Written& out) {
+                const KinePose* p = in.poses.data();
+                return wobj.run({{p, p + 1, p + 2}, &in.given, in.unit, &out.frame, &out.tilt});
+            }};
+}
 
-void ReadUnit(Row& row, unsigned columns, Taught& in)
+Calibration Of(const PositionerCalib& positioner)
+{
+    return {
+        positioner.name, 3,
+        kUnit | kAxisWords | If(positioner == kJn, kAxisNumber | kGivenFrame) |
+            If(positioner.reports, kReport),
+        [positioner](const Inputs& in, Written& out) {
+            const KinePose* p = in.poses.data();
+            return positioner.run({{p, p + 1, p + 2}, &in.given, in.unit, in.axis, &out.frame, &out.report});
+        }};
+}
+
+void ReadUnit(Row& row, unsigned columns, Inputs& in)
 {
     in.unit = row.Integer();
     in.unitCount = row.Integer();
@@ -153,9 +113,9 @@ void ReadUnit(Row& row, unsigned columns, Taught& in)
     }
 }
 
-Taught ReadTaught(Row& row, const Calibration& calibration)
+Inputs ReadInputs(Row& row, const Calibration& calibration)
 {
-    Taught in;
+    Inputs in;
     const unsigned columns = calibration.columns;
     if (columns & kArmType) in.armType = static_cast<std::uint32_t>(row.Integer());
     if (columns & kUnit) ReadUnit(row, columns, in);
@@ -170,7 +130,7 @@ Taught ReadTaught(Row& row, const Calibration& calibration)
 }
 
 // Every row starts from a store that holds nothing else.
-void SetUp(const Taught& in, const KineKinematicParam& sixAxis, const KineKinematicParam& fourAxis)
+void SetUp(const Inputs& in, const KineKinematicParam& sixAxis, const KineKinematicParam& fourAxis)
 {
     SetUpArm(sixAxis);
     if (in.armType != KINE_ARM_SIX_AXIS) {
@@ -196,14 +156,13 @@ void ExpectWithin(const std::string& column, double actual, double expected, dou
 
 void ExpectFrame(const KineFrame& frame, Row& row)
 {
-    const std::array<double, 6> actual = {frame.X, frame.Y, frame.Z, frame.A, frame.B, frame.C};
     const auto expected = row.Numbers<6>();
     const auto bound = row.Numbers<6>();
     for (std::size_t i = 0; i < 6; ++i) {
-        const double off = actual[i] - expected[i];
+        const double actual = frame.*kElements[i];
+        const double off = actual - expected[i];
         // +180 and -180 degrees are one angle.
-        ExpectWithin({"XYZABC"[i]}, actual[i], expected[i], bound[i],
-                     i < 3 ? off : std::remainder(off, 360.0));
+        ExpectWithin({"XYZABC"[i]}, actual, expected[i], bound[i], i < 3 ? off : std::remainder(off, 360.0));
     }
 }
 
@@ -226,11 +185,11 @@ void ExpectTilt(double tilt, Row& row)
 }
 
 // What is written stands in the row; the rest is untouched.
-void ExpectRow(const Calibration& calibration, const Taught& in, Row& row)
+void ExpectRow(const Calibration& calibration, const Inputs& in, Row& row)
 {
     const auto code = static_cast<KineResult>(row.Integer());
     Written out;
-    ASSERT_EQ(calibration.call(in.poses.data(), in, out), code);
+    ASSERT_EQ(calibration.call(in, out), code);
     if (code == KINE_OK) {
         ExpectFrame(out.frame, row);
     } else {
@@ -238,9 +197,9 @@ void ExpectRow(const Calibration& calibration, const Taught& in, Row& row)
     }
     // A refused frame step leaves the report of the step before it.
     if ((calibration.columns & kReport) && (code == KINE_OK || !row.AtEnd())) {
-        ExpectReport(out.error, row);
+        ExpectReport(out.report, row);
     } else {
-        EXPECT_TRUE(IsUntouched(out.error));
+        EXPECT_TRUE(IsUntouched(out.report));
     }
     if ((calibration.columns & kTilt) && code == KINE_OK) {
         ExpectTilt(out.tilt, row);
@@ -250,34 +209,35 @@ void ExpectRow(const Calibration& calibration, const Taught& in, Row& row)
     EXPECT_TRUE(row.AtEnd());
 }
 
-template <std::size_t N>
-void ExpectTable(const std::string& file, const Calibration (&calibrations)[N])
+template <class Calib>
+void ExpectTable(const std::string& file, const std::vector<Calib>& calibs)
 {
     const KineKinematicParam sixAxis = ArmOfTable("wrist").param;
     const KineKinematicParam fourAxis = ArmOfTable("scara").param;
-    std::array<int, N> rows{};
+    std::map<std::string, int> rows;
     for (Row& row : ReadTable(file)) {
         const std::string name = row.Word();
         const std::string trace = row.Place() + " " + name + " " + row.Word();
         SCOPED_TRACE(trace);
-        std::size_t i = 0;
-        while (i < N && name != calibrations[i].name) ++i;
-        ASSERT_LT(i, N);
-        const Taught in = ReadTaught(row, calibrations[i]);
+        const auto calib = std::find_if(calibs.begin(), calibs.end(),
+                                        [&](const Calib& candidate) { return name == candidate.name; });
+        ASSERT_NE(calib, calibs.end());
+        const Calibration calibration = Of(*calib);
+        const Inputs in = ReadInputs(row, calibration);
         SetUp(in, sixAxis, fourAxis);
-        ExpectRow(calibrations[i], in, row);
-        ++rows[i];
+        ExpectRow(calibration, in, row);
+        ++rows[name];
     }
-    for (std::size_t i = 0; i < N; ++i) EXPECT_GE(rows[i], 20) << calibrations[i].name;
+    for (const Calib& calib : calibs) EXPECT_GE(rows[calib.name], 20) << calib.name;
 }
 
-TEST(GoldenCalibration, tools_from_taught_poses) { ExpectTable("calib_tool.txt", kTools); }
+TEST(GoldenCalibration, tools_from_taught_poses) { ExpectTable("calib_tool.txt", kToolCalibs); }
 
-TEST(GoldenCalibration, work_objects_from_taught_points) { ExpectTable("calib_wobj.txt", kWobjs); }
+TEST(GoldenCalibration, work_objects_from_taught_points) { ExpectTable("calib_wobj.txt", kWobjCalibs); }
 
 TEST(GoldenCalibration, positioners_and_track_from_taught_points)
 {
-    ExpectTable("calib_positioner.txt", kPositioners);
+    ExpectTable("calib_positioner.txt", kPositionerCalibs);
 }
 
 }  // namespace

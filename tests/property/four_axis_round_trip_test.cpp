@@ -1,7 +1,7 @@
 // Forward and inverse of the four-axis arms undo each other.
 #include <gtest/gtest.h>
 
-#include "random_records.h"
+#include "support/random_records.h"
 #include "support/records.h"
 #include "support/rigid_matrix.h"
 #include "support/sample_arms.h"

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "random_records.h"
+#include "support/random_records.h"
 #include "support/records.h"
 #include "support/rigid_matrix.h"
 #include "support/sample_arms.h"

@@ -1,14 +1,14 @@
 // Least squares by Householder reflections: the stacked system itself is turned to triangular form, so that
-// no normal equations are involved. And how far points lie apart.
+// no normal equations are involved. And the tool point that poses agree on best, found that way.
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <span>
 #include <vector>
 
 #include "KineDll.h"
+#include "support/points.h"
 
 namespace kine::test {
 
@@ -47,14 +47,24 @@ inline std::vector<double> LeastSquares(Rows rows, std::vector<double> right)
     return x;
 }
 
-// Largest, mean and smallest of the distances.
-inline KineCalibError ReportOf(std::span<const double> distances)
+// The tool point t for which (R0 - Ri) * t = pi - p0 agree best, all poses against the first. In the plane two
+// equations of a pose and two unknowns, and z = 0.
+inline Point PointOnFlange(std::span<const KinePose> poses, bool planar)
 {
-    double sum = 0.0;
-    for (const double distance : distances) sum += distance;
-    return {*std::max_element(distances.begin(), distances.end()),
-            sum / static_cast<double>(distances.size()),
-            *std::min_element(distances.begin(), distances.end())};
+    const std::size_t n = planar ? 2 : 3;
+    const Mat4 first = MatrixOf(poses[0].Frame);
+    Rows rows;
+    std::vector<double> right;
+    for (const KinePose& pose : poses.subspan(1)) {
+        const Mat4 other = MatrixOf(pose.Frame);
+        for (std::size_t i = 0; i < n; ++i) {
+            rows.emplace_back();
+            for (std::size_t j = 0; j < n; ++j) rows.back().push_back(first[i][j] - other[i][j]);
+            right.push_back(other[i][3] - first[i][3]);
+        }
+    }
+    const std::vector<double> t = LeastSquares(rows, right);
+    return {t[0], t[1], planar ? 0.0 : t[2]};
 }
 
 }  // namespace kine::test

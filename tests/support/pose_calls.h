@@ -11,8 +11,8 @@
 #include <string>
 
 #include "KineDll.h"
+#include "support/random_records.h"
 #include "support/records.h"
-#include "support/seeded_random.h"
 #include "support/stdout_capture.h"
 
 namespace kine::test {
@@ -40,12 +40,6 @@ struct PoseCall
     const char* name;
     KineResult (*run)(const PoseRequest& request, KinePose* out);
 };
-
-template <class Record>
-const Record* AddressUnless(bool null, const Record& record)
-{
-    return null ? nullptr : &record;
-}
 
 inline KineResult RunFix(const PoseRequest& r, KinePose* out)
 {
@@ -137,18 +131,6 @@ inline void ExpectRefused(const PoseCall& call, const PoseRequest& request, Kine
     EXPECT_TRUE(outcome.untouched) << call.name;
 }
 
-inline KineFrame AnyFrame(SeededRandom& random)
-{
-    KineFrame frame{};
-    frame.X = random.Uniform(-1500.0, 1500.0);
-    frame.Y = random.Uniform(-1500.0, 1500.0);
-    frame.Z = random.Uniform(-1500.0, 1500.0);
-    frame.A = random.Uniform(-180.0, 180.0);
-    frame.B = random.Uniform(-180.0, 180.0);
-    frame.C = random.Uniform(-180.0, 180.0);
-    return frame;
-}
-
 // A pose with values in every field.
 inline KinePose FullPose(const KineFrame& frame)
 {
@@ -182,8 +164,5 @@ inline PoseRequest GoodPoseRequest(const PoseCall& call)
     request.load = MakeLoad(2.0, 3.0, 4.0, 5.0);
     return request;
 }
-
-// The three angles of a frame, in turn.
-inline constexpr std::array<double KineFrame::*, 3> kAngles = {&KineFrame::A, &KineFrame::B, &KineFrame::C};
 
 }  // namespace kine::test

@@ -1,4 +1,4 @@
-// Builders of public records, and comparisons of records bit by bit.
+// Builders of public records, what they hold, and comparisons of records bit by bit.
 #pragma once
 
 #include <array>
@@ -8,6 +8,13 @@
 #include "KineDll.h"
 
 namespace kine::test {
+
+// The numbers of a frame, in turn.
+inline constexpr std::array<double KineFrame::*, 6> kElements = {&KineFrame::X, &KineFrame::Y, &KineFrame::Z,
+                                                                 &KineFrame::A, &KineFrame::B, &KineFrame::C};
+inline constexpr std::array<double KineFrame::*, 3> kCoordinates = {&KineFrame::X, &KineFrame::Y,
+                                                                    &KineFrame::Z};
+inline constexpr std::array<double KineFrame::*, 3> kAngles = {&KineFrame::A, &KineFrame::B, &KineFrame::C};
 
 inline KineJoint MakeJoints(std::initializer_list<double> axes)
 {
@@ -71,6 +78,13 @@ inline KineLoad MakeLoad(double mass, double x, double y, double z)
     load.Cog[1] = y;
     load.Cog[2] = z;
     return load;
+}
+
+// How a request passes a record, or a null pointer in its place.
+template <class Record>
+const Record* AddressUnless(bool null, const Record& record)
+{
+    return null ? nullptr : &record;
 }
 
 // A record filled with a pattern that no result has, to see whether a call wrote to it.

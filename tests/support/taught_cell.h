@@ -4,59 +4,18 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cmath>
 #include <cstdint>
 #include <vector>
 
 #include "KineDll.h"
-#include "property/random_records.h"
+#include "support/calib_results.h"
 #include "support/cell_setup.h"
+#include "support/points.h"
+#include "support/random_records.h"
 #include "support/records.h"
-#include "support/rigid_matrix.h"
 #include "support/sample_arms.h"
-#include "support/seeded_random.h"
 
 namespace kine::test {
-
-// What a calibration without noise has to recover. What rounding leaves of the touches, the poses and the
-// solution is about 1e-11 mm and degrees, in badly conditioned sets twice that.
-inline constexpr double kTruthMm = 1e-9;
-inline constexpr double kTruthDeg = 1e-9;
-
-using Point = std::array<double, 3>;
-
-inline Point PositionOf(const Mat4& m) { return {m[0][3], m[1][3], m[2][3]}; }
-inline Point PositionOf(const KinePose& pose) { return {pose.Frame.X, pose.Frame.Y, pose.Frame.Z}; }
-inline Mat4 Shift(const Point& p) { return Shift(p[0], p[1], p[2]); }
-inline Point operator*(const Mat4& m, const Point& p) { return PositionOf(m * Shift(p)); }
-
-inline double Distance(const Point& a, const Point& b)
-{
-    return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
-}
-
-inline ::testing::AssertionResult IsPoint(const Point& actual, const Point& expected,
-                                          double tolerance = kTruthMm)
-{
-    if (Distance(actual, expected) <= tolerance) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure()
-           << ::testing::PrintToString(actual) << " instead of " << ::testing::PrintToString(expected);
-}
-
-// Compared number by number; whole turns do not count. NaN is a difference.
-inline ::testing::AssertionResult IsTruth(const KineFrame& actual, const KineFrame& truth,
-                                          double toleranceMm = kTruthMm, double toleranceDeg = kTruthDeg)
-{
-    const double turns[3] = {actual.A - truth.A, actual.B - truth.B, actual.C - truth.C};
-    bool same = std::fabs(actual.X - truth.X) <= toleranceMm &&
-                std::fabs(actual.Y - truth.Y) <= toleranceMm && std::fabs(actual.Z - truth.Z) <= toleranceMm;
-    for (const double turn : turns) same = same && std::fabs(std::remainder(turn, 360.0)) <= toleranceDeg;
-    if (same) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure()
-           << "differs by " << actual.X - truth.X << ", " << actual.Y - truth.Y << ", " << actual.Z - truth.Z
-           << " mm and " << turns[0] << ", " << turns[1] << ", " << turns[2] << " deg";
-}
 
 // ---- The cell ------------------------------------------------------------------------------------------
 
@@ -113,14 +72,6 @@ inline void SetUp(const TaughtCell& cell)
     StoreUnit(kCarrier, cell.carrier);
 }
 
-// Tells the calibrations that an external axis is linear.
-inline void MakeLinear(int extAxis)
-{
-    KineExtAxisParam param{};
-    param.Word[3] = 1;
-    EXPECT_EQ(Kine_SetExtAxisParam(extAxis, &param), KINE_OK);
-}
-
 // ---- Drawing -------------------------------------------------------------------------------------------
 
 // A frame clear of B = +-90; with tilt 0 its Z axis is that of its reference.
@@ -128,15 +79,6 @@ inline KineFrame DrawFrame(SeededRandom& random, double reach, double tilt)
 {
     KineFrame frame = RandomFrame(random, reach, tilt);
     if (tilt == 0.0) frame.C = 0.0;
-    return frame;
-}
-
-// The same orientation elsewhere.
-inline KineFrame At(const Point& position, KineFrame frame)
-{
-    frame.X = position[0];
-    frame.Y = position[1];
-    frame.Z = position[2];
     return frame;
 }
 
@@ -243,15 +185,6 @@ void ForBothFamilies(std::uint64_t seed, Check check)
 {
     ForTaughtCells(seed, SixAxisTaughtArms(), 40.0, 80.0, check);
     ForTaughtCells(seed, FourAxisTaughtArms(), 0.0, 0.0, check);
-}
-
-// A report of poses that agree.
-inline void ExpectNoSpread(const KineCalibError& error)
-{
-    EXPECT_LE(error.Largest, kTruthMm);
-    EXPECT_LE(error.Mean, error.Largest);
-    EXPECT_LE(error.Smallest, error.Mean);
-    EXPECT_GE(error.Smallest, 0.0);
 }
 
 }  // namespace kine::test

@@ -1,8 +1,5 @@
 // Taught poses of a mark that a rotary axis turns, or that stands beside a track, and mechanical units whose
-// axes are known. Degrees and millimetres.
-//
-// The poses carry values that are legal but not asked for: angles and configuration integers of some kind,
-// NaN in every external axis but the one that moved.
+// axes are known. Degrees and millimetres. The poses hold NaN in every external axis but the one that moved.
 #pragma once
 
 #include <array>
@@ -12,43 +9,12 @@
 
 #include "KineDll.h"
 #include "support/cell_setup.h"
-#include "support/numbers.h"
-#include "support/rigid_matrix.h"
 #include "support/sample_arms.h"
+#include "support/taught_poses.h"
 
 namespace kine::test {
 
-using Taught = std::array<KinePose, 3>;
 using Values = std::array<double, 3>;  // of an external axis, one for each taught pose
-using Point = std::array<double, 3>;
-
-inline KinePose TaughtAt(const Point& point)
-{
-    KinePose pose{};
-    pose.Frame = {point[0], point[1], point[2], 180.0, -180.0, 47.0};
-    pose.Cfg1 = 7;
-    pose.Cfg2 = -8;
-    pose.Cfg4 = 99;
-    for (double& value : pose.ExtAxis) value = kNan;
-    return pose;
-}
-
-inline KinePose TaughtAt(const Point& point, int extAxis, double value)
-{
-    KinePose pose = TaughtAt(point);
-    pose.ExtAxis[extAxis] = value;
-    return pose;
-}
-
-// Three positions with all external axes at 0.
-inline Taught TaughtPoints(const Point& p0, const Point& p1, const Point& p2)
-{
-    Taught taught = {TaughtAt(p0), TaughtAt(p1), TaughtAt(p2)};
-    for (KinePose& pose : taught) {
-        for (double& value : pose.ExtAxis) value = 0.0;
-    }
-    return taught;
-}
 
 // A mark on a table: where it is, in the frame of the axis, when the axis reads 0.
 struct Mark
@@ -58,16 +24,21 @@ struct Mark
     double height;
 };
 
-inline Point PositionOf(const Mat4& m) { return {m[0][3], m[1][3], m[2][3]}; }
-
-inline Taught MarkOnTable(const Mat4& axis, const Mark& mark, const Values& values, int extAxis)
+inline ThreePoses MarkOnTable(const Mat4& axis, const Mark& mark, const Values& values, int extAxis)
 {
-    Taught taught{};
+    ThreePoses taught{};
     for (std::size_t i = 0; i < taught.size(); ++i) {
-        const Mat4 turned = axis * TurnZDeg(mark.phase + values[i]) * Shift(mark.radius, 0.0, mark.height);
-        taught[i] = TaughtAt(PositionOf(turned), extAxis, values[i]);
+        const Point turned = axis * TurnZDeg(mark.phase + values[i]) * Point{mark.radius, 0.0, mark.height};
+        taught[i] = TaughtAt(turned, extAxis, values[i]);
     }
     return taught;
+}
+
+// The mark at 0, 90 and 180 degrees of an upright table at (100, 200, 50): the axis shows without a turn. No
+// external axis has moved.
+inline ThreePoses UprightTable()
+{
+    return TaughtPoints({130.0, 200.0, 50.0}, {100.0, 230.0, 50.0}, {70.0, 200.0, 50.0});
 }
 
 // Whether the positions at these values follow one another anticlockwise about the axis.
@@ -80,6 +51,15 @@ inline bool IsAnticlockwise(const Values& values)
     return turnTo(values[1]) < turnTo(values[2]);
 }
 
+// Whether the circle of a mark lies well: the axis frame is computed in the XY plane, where an axis in that
+// plane and a bisector of the first two positions along X divide by nearly nothing. At the turn halfway, in
+// degrees, the mark is halfway between these positions; the limits are sines.
+inline bool IsWellPlaced(const Mat4& axis, double halfway, double axisLimit, double bisectorLimit)
+{
+    const Mat4 bisector = RotationOf(axis) * TurnZDeg(halfway);
+    return std::fabs(axis[2][2]) > axisLimit && std::fabs(bisector[1][0]) > bisectorLimit;
+}
+
 // The axis frame that the positions alone can show: in the centre of the circle, X towards the first of them,
 // Z so that they follow one another anticlockwise.
 inline Mat4 SeenAxis(const Mat4& axis, const Mark& mark, const Values& values)
@@ -90,13 +70,12 @@ inline Mat4 SeenAxis(const Mat4& axis, const Mark& mark, const Values& values)
 
 // A fixed mark as a robot sees it that stands at these travels of a track. headingDeg turns the base on the
 // track; mark is seen from the track's zero.
-inline Taught MarkBesideTrack(double headingDeg, const Point& mark, const Values& travels, int extAxis)
+inline ThreePoses MarkBesideTrack(double headingDeg, const Point& mark, const Values& travels, int extAxis)
 {
-    Taught taught{};
+    ThreePoses taught{};
     for (std::size_t i = 0; i < taught.size(); ++i) {
         const Mat4 trackFromBase = Shift(travels[i], 0.0, 0.0) * TurnZDeg(headingDeg);
-        const Mat4 baseFromMark = RigidInverse(trackFromBase) * Shift(mark[0], mark[1], mark[2]);
-        taught[i] = TaughtAt(PositionOf(baseFromMark), extAxis, travels[i]);
+        taught[i] = TaughtAt(RigidInverse(trackFromBase) * mark, extAxis, travels[i]);
     }
     return taught;
 }
@@ -140,5 +119,8 @@ inline void SetUpUnit(std::initializer_list<AxisPlan> axes)
     SetUnitCounts(1, 6);
     StoreUnitWithAxes(0, axes);
 }
+
+// A cell whose unit 0 is a track.
+inline void SetUpTrack(int extAxis = 0) { SetUpUnit({{extAxis, kLinearType}}); }
 
 }  // namespace kine::test

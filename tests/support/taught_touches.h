@@ -166,6 +166,20 @@ inline FlangeSet TouchOnePoint(SeededRandom& random, const TaughtCell& cell, con
     return set;
 }
 
+inline constexpr double kNoiseMm = 0.1;
+
+// On every coordinate of every taught position.
+inline void AddNoise(SeededRandom& random, std::vector<KinePose>& poses)
+{
+    for (KinePose& pose : poses) pose.Frame = At(PositionOf(pose) + AnyPoint(random, kNoiseMm), pose.Frame);
+}
+
+inline void ExpectNoisyReport(const KineCalibError& report, const KineCalibError& expected)
+{
+    ExpectReport(report, expected, kTruthMm);
+    EXPECT_GT(report.Largest, 1e-4) << "noise must show";
+}
+
 struct Track
 {
     KineMechUnit unit;

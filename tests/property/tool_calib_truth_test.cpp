@@ -2,6 +2,7 @@
 // come from joints that really touch, see support/taught_touches.h; then the calibrated frame goes into a
 // tool and the same joints have to meet in one point.
 #include "support/taught_touches.h"
+#include "support/tool_calib_calls.h"
 
 namespace kine::test {
 namespace {
@@ -41,8 +42,6 @@ void ExpectOneTip(const TaughtCell& cell, const FlangeSet& set, std::size_t coun
     }
 }
 
-KineFrame PointOnly(const KineFrame& frame) { return At({frame.X, frame.Y, frame.Z}, {}); }
-
 // What the poses of this arm can tell about its tool.
 KineFrame Known(const TaughtCell& cell, KineFrame frame)
 {
@@ -50,43 +49,33 @@ KineFrame Known(const TaughtCell& cell, KineFrame frame)
     return frame;
 }
 
+void ExpectToolPointFound(SeededRandom& random, const TaughtCell& cell, const ToolCalib& call)
+{
+    const FlangeSet set = TouchOnePoint(random, cell, DrawPlan(random, call.poses));
+    const ToolCalibOutcome found = Solved(call, {set.poses});
+    EXPECT_TRUE(IsPointFrame(found.frame, PositionOf(Known(cell, cell.tool.TFrame)), kTruthMm));
+    if (call.reports) ExpectNoSpread(found.report);
+    ExpectOneTip(cell, set, call.poses, found.frame);
+}
+
 TEST(Kine_CalcGripToolPrm_3P, poses_of_a_known_tool_recover_its_point)
 {
     ForBothFamilies(7001, [](SeededRandom& random, const TaughtCell& cell) {
-        const FlangeSet set = TouchOnePoint(random, cell, DrawPlan(random, 3));
-        KineFrame frame{};
-        KineCalibError error{};
-        const auto& p = set.poses;
-        ASSERT_EQ(Kine_CalcGripToolPrm_3P(&p[0], &p[1], &p[2], &frame, &error), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, Known(cell, PointOnly(cell.tool.TFrame))));
-        ExpectNoSpread(error);
-        ExpectOneTip(cell, set, 3, frame);
+        ExpectToolPointFound(random, cell, kGrip3P);
     });
 }
 
 TEST(Kine_CalcGripToolPrm_5P, poses_of_a_known_tool_recover_its_point)
 {
     ForTaughtCells(7002, SixAxisTaughtArms(), 40.0, 80.0, [](SeededRandom& random, const TaughtCell& cell) {
-        const FlangeSet set = TouchOnePoint(random, cell, DrawPlan(random, 5));
-        KineFrame frame{};
-        KineCalibError error{};
-        const auto& p = set.poses;
-        ASSERT_EQ(Kine_CalcGripToolPrm_5P(&p[0], &p[1], &p[2], &p[3], &p[4], &frame, &error), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, PointOnly(cell.tool.TFrame)));
-        ExpectNoSpread(error);
-        ExpectOneTip(cell, set, 5, frame);
+        ExpectToolPointFound(random, cell, kGrip5P);
     });
 }
 
 TEST(Kine_CalcGripToolPrm_Scara2P, poses_of_a_known_tool_recover_its_point)
 {
     ForTaughtCells(7003, FourAxisTaughtArms(), 0.0, 0.0, [](SeededRandom& random, const TaughtCell& cell) {
-        const FlangeSet set = TouchOnePoint(random, cell, DrawPlan(random, 2));
-        KineFrame frame{};
-        const auto& p = set.poses;
-        ASSERT_EQ(Kine_CalcGripToolPrm_Scara2P(&p[0], &p[1], &frame), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, Known(cell, PointOnly(cell.tool.TFrame))));
-        ExpectOneTip(cell, set, 2, frame);
+        ExpectToolPointFound(random, cell, kScara2P);
     });
 }
 
@@ -97,9 +86,8 @@ TEST(Kine_CalcGripToolPrm_3P, poses_without_the_load_of_the_tool_miss_its_point)
     ForTaughtCells(7011, {bending}, 40.0, 80.0, [](SeededRandom& random, const TaughtCell& cell) {
         const FlangeSet set = TouchOnePoint(random, cell, {});
         const auto p = TaughtBy(set.call, set.joints, {HeldTool(), FixedWobj()});
-        KineFrame frame{};
-        ASSERT_EQ(Kine_CalcGripToolPrm_3P(&p[0], &p[1], &p[2], &frame, nullptr), KINE_OK);
-        EXPECT_FALSE(IsTruth(frame, PointOnly(cell.tool.TFrame), 1e-4));
+        const ToolCalibOutcome found = Solved(kGrip3P, {p});
+        EXPECT_FALSE(IsNearFrame(found.frame, At(PositionOf(cell.tool.TFrame), {}), 1e-4));
     });
 }
 
@@ -110,10 +98,8 @@ TEST(Kine_CalcGripToolPrm_5P, slight_turns_recover_the_point_too)
 {
     ForTaughtCells(7009, SixAxisTaughtArms(), 40.0, 80.0, [](SeededRandom& random, const TaughtCell& cell) {
         const FlangeSet set = TouchOnePoint(random, cell, {5, false, false, {1.0, 2.0}});
-        KineFrame frame{};
-        const auto& p = set.poses;
-        ASSERT_EQ(Kine_CalcGripToolPrm_5P(&p[0], &p[1], &p[2], &p[3], &p[4], &frame, nullptr), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, PointOnly(cell.tool.TFrame)));
+        const ToolCalibOutcome found = Solved(kGrip5P, {set.poses});
+        EXPECT_TRUE(IsPointFrame(found.frame, PositionOf(cell.tool.TFrame), kTruthMm));
     });
 }
 
@@ -121,9 +107,8 @@ TEST(Kine_CalcGripToolPrm_Scara2P, slight_turns_recover_the_point_too)
 {
     ForTaughtCells(7010, FourAxisTaughtArms(), 0.0, 0.0, [](SeededRandom& random, const TaughtCell& cell) {
         const FlangeSet set = TouchOnePoint(random, cell, {2, false, false, {0.5, 1.0}});
-        KineFrame frame{};
-        ASSERT_EQ(Kine_CalcGripToolPrm_Scara2P(&set.poses[0], &set.poses[1], &frame), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, Known(cell, PointOnly(cell.tool.TFrame))));
+        const ToolCalibOutcome found = Solved(kScara2P, {set.poses});
+        EXPECT_TRUE(IsPointFrame(found.frame, PositionOf(Known(cell, cell.tool.TFrame)), kTruthMm));
     });
 }
 
@@ -131,18 +116,14 @@ TEST(Kine_CalcGripToolPrm_3PZX, poses_of_a_known_tool_recover_its_frame)
 {
     ForBothFamilies(7004, [](SeededRandom& random, const TaughtCell& cell) {
         FlangeSet set = TouchOnePoint(random, cell, DrawPlan(random, 3, true));
-        KineFrame frame{};
-        KineCalibError error{};
-        auto& p = set.poses;
-        if (cell.IsFourAxis()) p[4].Frame = DrawFrame(random, 1000.0, 80.0);
-        ASSERT_EQ(Kine_CalcGripToolPrm_3PZX(&p[0], &p[1], &p[2], &p[3], &p[4], &p[5], &frame, &error),
-                  KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, Known(cell, cell.tool.TFrame)));
-        ExpectNoSpread(error);
-        ExpectOneTip(cell, set, 3, frame);
+        if (cell.IsFourAxis()) set.poses[4].Frame = DrawFrame(random, 1000.0, 80.0);
+        const ToolCalibOutcome found = Solved(kGrip3PZX, {set.poses});
+        EXPECT_TRUE(IsNearFrame(found.frame, Known(cell, cell.tool.TFrame)));
+        ExpectNoSpread(found.report);
+        ExpectOneTip(cell, set, 3, found.frame);
         // The calibrated tool stands as the true one does.
         TaughtCell calibrated = cell;
-        calibrated.tool.TFrame = frame;
+        calibrated.tool.TFrame = found.frame;
         const Mat4 pose = MatrixOf(TaughtBy(set.call, set.joints[3], TipOf(calibrated)).Frame);
         const Mat4 truth = MatrixOf(TaughtBy(set.call, set.joints[3], TipOf(cell)).Frame);
         EXPECT_TRUE(IsMatrix(RotationOf(pose), RotationOf(truth), 0.0, InRadians(kTruthDeg)));
@@ -185,10 +166,9 @@ TEST(Kine_CalcExtToolPrm_1P, touch_of_a_calibrated_tool_gives_the_stationary_poi
     ForTaughtCells(7005, AllTaughtArms(), 40.0, 80.0, [](SeededRandom& random, const TaughtCell& cell) {
         const StationarySet set = TouchStationaryTool(random, cell, 0);
         const KinePose touch = TaughtBy(Kine_JointToWorldPos, set.joints[0], TipOf(cell));
-        KineFrame frame{};
-        ASSERT_EQ(Kine_CalcExtToolPrm_1P(&touch, &frame), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, PointOnly(set.truth)));
-        EXPECT_TRUE(IsPoint(TipInStationary(set.joints[0], HeldPast(cell, frame)), {}));
+        const ToolCalibOutcome found = Solved(kExt1P, {{touch}});
+        EXPECT_TRUE(IsPointFrame(found.frame, PositionOf(set.truth), kTruthMm));
+        EXPECT_TRUE(IsPoint(TipInStationary(set.joints[0], HeldPast(cell, found.frame)), {}));
     });
 }
 
@@ -198,10 +178,9 @@ TEST(Kine_CalcExtToolPrm_1PZX, touches_of_a_calibrated_tool_recover_the_stationa
         const StationarySet set = TouchStationaryTool(random, cell, 0);
         auto p = TaughtBy(Kine_JointToWorldPos, set.joints, TipOf(cell));
         if (cell.IsFourAxis()) p[1].Frame = DrawFrame(random, 1000.0, 80.0);
-        KineFrame frame{};
-        ASSERT_EQ(Kine_CalcExtToolPrm_1PZX(&p[0], &p[1], &p[2], &frame), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, set.truth));
-        const Rig rig = HeldPast(cell, frame);
+        const ToolCalibOutcome found = Solved(kExt1PZX, {p});
+        EXPECT_TRUE(IsNearFrame(found.frame, set.truth));
+        const Rig rig = HeldPast(cell, found.frame);
         EXPECT_TRUE(IsPoint(TipInStationary(set.joints[0], rig), {}));
         EXPECT_TRUE(IsPoint(TipInStationary(set.joints[1], rig), set.onZ));
         EXPECT_TRUE(IsPoint(TipInStationary(set.joints[2], rig), set.onX));
@@ -220,14 +199,13 @@ TEST(Kine_CalcExtToolPrm_3P, flange_poses_that_touch_recover_the_stationary_poin
     ForBothFamilies(7007, [](SeededRandom& random, const TaughtCell& cell) {
         const StationarySet set = TouchStationaryTool(random, cell, 3);
         const auto p = TaughtBy(Kine_JointToWorldPos, set.joints, BareFlange(cell.tool));
-        KineFrame frame{};
-        KineCalibError error{};
-        ASSERT_EQ(Kine_CalcExtToolPrm_3P(&p[0], &p[1], &p[2], &frame, &error), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, AtFlangeHeight(cell, PointOnly(set.truth))));
-        ExpectNoSpread(error);
+        const ToolCalibOutcome found = Solved(kExt3P, {{p[0], p[1], p[2]}});
+        EXPECT_TRUE(IsPointFrame(found.frame, PositionOf(AtFlangeHeight(cell, set.truth)), kTruthMm));
+        ExpectNoSpread(found.report);
         const double height = set.truth.Z - AtFlangeHeight(cell, set.truth).Z;
         for (std::size_t i = 0; i < 3; ++i)
-            EXPECT_TRUE(IsPoint(TipInStationary(set.joints[i], HeldPast(cell, frame)), {0.0, 0.0, height}));
+            EXPECT_TRUE(
+                IsPoint(TipInStationary(set.joints[i], HeldPast(cell, found.frame)), {0.0, 0.0, height}));
     });
 }
 
@@ -237,16 +215,13 @@ TEST(Kine_CalcExtToolPrm_3PZX, flange_poses_that_touch_recover_the_stationary_fr
         const StationarySet set = TouchStationaryTool(random, cell, 3);
         auto p = TaughtBy(Kine_JointToWorldPos, set.joints, BareFlange(cell.tool));
         if (cell.IsFourAxis()) p[4].Frame = DrawFrame(random, 1000.0, 80.0);
-        KineFrame frame{};
-        KineCalibError error{};
-        ASSERT_EQ(Kine_CalcExtToolPrm_3PZX(&p[0], &p[1], &p[2], &p[3], &p[4], &p[5], &frame, &error),
-                  KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, AtFlangeHeight(cell, set.truth)));
-        ExpectNoSpread(error);
+        const ToolCalibOutcome found = Solved(kExt3PZX, {p});
+        EXPECT_TRUE(IsNearFrame(found.frame, AtFlangeHeight(cell, set.truth)));
+        ExpectNoSpread(found.report);
         const double height = set.truth.Z - AtFlangeHeight(cell, set.truth).Z;
         const std::array<Point, 3> taught = {Point{}, set.onZ, set.onX};
         for (std::size_t i = 0; i < 3; ++i) {
-            const Point tip = TipInStationary(set.joints[3 + i], HeldPast(cell, frame));
+            const Point tip = TipInStationary(set.joints[3 + i], HeldPast(cell, found.frame));
             EXPECT_TRUE(IsPoint(tip, {taught[i][0], taught[i][1], taught[i][2] + height})) << i;
         }
     });

@@ -1,6 +1,7 @@
 // Axes of positioners and the base on a track from taught points: a mark turned by a known axis, or a fixed
 // mark seen from a moving base, is touched by joints that really reach it, see support/taught_touches.h. The
 // calibrations know no frame of the unit; what they find goes into it, and the mark has to stand still.
+#include "support/positioner_calib_calls.h"
 #include "support/taught_touches.h"
 
 namespace kine::test {
@@ -10,22 +11,17 @@ constexpr double kAxisTilt = 35.0;
 
 Mat4 AxisTurned(const KineFrame& axis, double reading) { return MatrixOf(axis) * TurnZDeg(reading); }
 
-// Three readings in the sense of the axis. The centre of the mark's circle is computed in the XY plane of
-// the poses: the axis keeps clear of that plane, and the perpendicular bisector of the first two positions,
-// which points where the mark is halfway between them, keeps clear of X.
-using Readings = std::array<double, 3>;
-
-Readings DrawReadings(SeededRandom& random, double first)
+// Three readings in the sense of the axis.
+Values DrawReadings(SeededRandom& random, double first)
 {
     const double second = first + random.Uniform(60, 130);
     return {first, second, second + random.Uniform(60, 130)};
 }
 
-bool IsWellPlaced(const Mat4& axisAtZero, const Point& mark, const Readings& readings)
+bool IsWellTaught(const Mat4& axisAtZero, const Point& mark, const Values& readings)
 {
-    const Mat4 halfway = RotationOf(axisAtZero) * TurnZDeg(0.5 * (readings[0] + readings[1]));
-    const Point bisector = halfway * Point{mark[0], mark[1], 0.0};
-    return std::fabs(axisAtZero[2][2]) > 0.4 && std::fabs(bisector[1]) > 0.4 * std::hypot(mark[0], mark[1]);
+    const double phase = InDegrees(std::atan2(mark[1], mark[0]));
+    return IsWellPlaced(axisAtZero, phase + 0.5 * (readings[0] + readings[1]), 0.4, 0.4);
 }
 
 // A positioner close to where the tip is, with an axis frame to find.
@@ -63,11 +59,11 @@ TurnedMark TouchTurnedMark(SeededRandom& random, const TaughtCell& cell, const K
 {
     TurnedMark turned{};
     turned.joints = DrawJoints(random, cell, [&](KineJoint like, const Mat4& tip) {
-        Readings readings{};
+        Values readings{};
         do {
             turned.axis = DrawAxis(random, tip);
             readings = DrawReadings(random, random.Uniform(-180, 180));
-        } while (!IsWellPlaced(MatrixOf(turned.axis), mark, readings));
+        } while (!IsWellTaught(MatrixOf(turned.axis), mark, readings));
         std::vector<Target> targets;
         for (const double reading : readings) {
             MoveExtAxes(random, cell, like);
@@ -101,9 +97,8 @@ TEST(Kine_CalcPositionerJ1Prm_3P, mark_on_x_at_height_0_recovers_the_axis_frame)
             const TurnedMark turned = TouchTurnedMark(random, cell, unit, mark);
             StoreUnit(kPositioner, WithoutFrames(unit));
             const auto p = TaughtBy(Kine_JointToWorldPos, turned.joints, TipOf(cell));
-            KineFrame frame{};
-            ASSERT_EQ(Kine_CalcPositionerJ1Prm_3P(kPositioner, &p[0], &p[1], &p[2], &frame), KINE_OK);
-            EXPECT_TRUE(IsTruth(frame, turned.axis));
+            const KineFrame frame = Solved(kJ1, {{p[0], p[1], p[2]}, {}, kPositioner}).frame;
+            EXPECT_TRUE(IsNearFrame(frame, turned.axis));
             unit.AxisFrame[0] = frame;
             unit.UnitKind = kRotaryKind;  // the mark rides on the first axis alone
             ExpectMarkAt(cell, unit, turned.joints, mark);
@@ -123,9 +118,8 @@ TEST(Kine_CalcPositionerJ1Prm_3P, mark_anywhere_gives_the_axis_frame_turned_to_t
         const TurnedMark turned = TouchTurnedMark(random, cell, unit, mark);
         StoreUnit(kPositioner, WithoutFrames(unit));
         const auto p = TaughtBy(Kine_JointToWorldPos, turned.joints, TipOf(cell));
-        KineFrame frame{};
-        ASSERT_EQ(Kine_CalcPositionerJ1Prm_3P(kPositioner, &p[0], &p[1], &p[2], &frame), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, FrameOf(MatrixOf(turned.axis) * axisFromMark)));
+        const KineFrame frame = Solved(kJ1, {{p[0], p[1], p[2]}, {}, kPositioner}).frame;
+        EXPECT_TRUE(IsNearFrame(frame, FrameOf(MatrixOf(turned.axis) * axisFromMark)));
         unit.AxisFrame[0] = frame;
         ExpectMarkAt(cell, unit, turned.joints, {radius, 0.0, 0.0});
     });
@@ -133,7 +127,7 @@ TEST(Kine_CalcPositionerJ1Prm_3P, mark_anywhere_gives_the_axis_frame_turned_to_t
 
 // ---- Second axis ---------------------------------------------------------------------------------------
 
-// Readings of both axes of a unit.
+// Values of both axes of a unit.
 struct Stance
 {
     double first, second;
@@ -142,10 +136,10 @@ struct Stance
 // The first axis turns while the second stands; nothing when the mark's circle lies badly.
 std::vector<Stance> FirstAxisTurning(SeededRandom& random, const KineMechUnit& unit, const Point& mark)
 {
-    const Readings readings = DrawReadings(random, random.Uniform(-180, 180));
+    const Values readings = DrawReadings(random, random.Uniform(-180, 180));
     const double still = random.Uniform(-170, 170);
     const Point onFirst = AxisTurned(unit.AxisFrame[1], still) * mark;
-    if (!IsWellPlaced(MatrixOf(unit.AxisFrame[0]), onFirst, readings)) return {};
+    if (!IsWellTaught(MatrixOf(unit.AxisFrame[0]), onFirst, readings)) return {};
     return {{readings[0], still}, {readings[1], still}, {readings[2], still}};
 }
 
@@ -153,10 +147,10 @@ std::vector<Stance> FirstAxisTurning(SeededRandom& random, const KineMechUnit& u
 std::vector<Stance> SecondAxisTurning(SeededRandom& random, const KineMechUnit& unit, const Point& mark,
                                       double start)
 {
-    const Readings readings = DrawReadings(random, start);
+    const Values readings = DrawReadings(random, start);
     const double still = random.Uniform(-170, 170);
     const Mat4 axis = AxisTurned(unit.AxisFrame[0], still) * MatrixOf(unit.AxisFrame[1]);
-    if (!IsWellPlaced(axis, mark, readings)) return {};
+    if (!IsWellTaught(axis, mark, readings)) return {};
     return {{still, readings[0]}, {still, readings[1]}, {still, readings[2]}};
 }
 
@@ -198,10 +192,8 @@ TEST(Kine_CalcPositionerJnPrm_3P, reference_on_the_first_axis_recovers_the_secon
             // Where the first axis stands, turned backward by the number of degrees taken as radians.
             const double first = p[0].ExtAxis[unit.AxisParamIndex[0]];
             const KineFrame reference = FrameOf(TurnZ(-start) * AxisTurned(unit.AxisFrame[0], first));
-            KineFrame frame{};
-            ASSERT_EQ(Kine_CalcPositionerJnPrm_3P(kPositioner, 2, &p[0], &p[1], &p[2], &reference, &frame),
-                      KINE_OK);
-            EXPECT_TRUE(IsTruth(frame, unit.AxisFrame[1]));
+            const KineFrame frame = Solved(kJn, {{p[0], p[1], p[2]}, reference, kPositioner, 2}).frame;
+            EXPECT_TRUE(IsNearFrame(frame, unit.AxisFrame[1]));
             unit.AxisFrame[1] = frame;
             ExpectMarkAt(cell, unit, joints, mark);
         }
@@ -225,12 +217,10 @@ TEST(Kine_CalcPositionerJnPrm_3P, both_axes_calibrated_in_turn_hold_a_mark_of_th
         const auto p = TaughtBy(Kine_JointToWorldPos, joints, TipOf(cell));
         unit = WithoutFrames(unit);
         StoreUnit(kPositioner, unit);
-        ASSERT_EQ(Kine_CalcPositionerJ1Prm_3P(kPositioner, &p[0], &p[1], &p[2], &unit.AxisFrame[0]), KINE_OK);
+        unit.AxisFrame[0] = Solved(kJ1, {{p[0], p[1], p[2]}, {}, kPositioner}).frame;
         const double first = p[3].ExtAxis[unit.AxisParamIndex[0]];
         const KineFrame reference = FrameOf(AxisTurned(unit.AxisFrame[0], first));
-        ASSERT_EQ(
-            Kine_CalcPositionerJnPrm_3P(kPositioner, 2, &p[3], &p[4], &p[5], &reference, &unit.AxisFrame[1]),
-            KINE_OK);
+        unit.AxisFrame[1] = Solved(kJn, {{p[3], p[4], p[5]}, reference, kPositioner, 2}).frame;
         // The frames count their angles from the mark. The mark keeps its place on the table: on X, at the
         // radius of its circle about the second axis, height 0.
         ExpectMarkAt(cell, unit, joints, {std::hypot(mark[0], mark[1]), 0.0, 0.0});
@@ -244,15 +234,13 @@ TEST(Kine_CalcRobotBasePrm_3P, fixed_mark_touched_from_the_track_recovers_the_tu
     ForTaughtCells(7205, AllTaughtArms(), 0.0, 80.0, [](SeededRandom& random, TaughtCell cell) {
         Track track = TouchFromTrack(random, cell);
         StoreUnit(kCarrier, WithoutFrames(track.unit));
-        MakeLinear(4);
+        StoreAxisType(4, kLinearType);
         const auto p = TaughtBy(Kine_JointToBasePos, track.joints, TipOf(cell));
-        KineFrame frame{};
-        KineCalibError error{};
-        ASSERT_EQ(Kine_CalcRobotBasePrm_3P(kCarrier, &p[0], &p[1], &p[2], &frame, &error), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, track.unit.AxisFrame[1]));
-        ExpectNoSpread(error);
+        const PositionerCalibOutcome found = Solved(kRobotBase, {{p[0], p[1], p[2]}, {}, kCarrier});
+        EXPECT_TRUE(IsNearFrame(found.frame, track.unit.AxisFrame[1]));
+        ExpectNoSpread(found.report);
         // With the turn in the track the mark stands still in the world, wherever the rail lies.
-        track.unit.AxisFrame[1] = frame;
+        track.unit.AxisFrame[1] = found.frame;
         StoreUnit(kCarrier, track.unit);
         const auto marks = TaughtBy(Kine_JointToWorldPos, track.joints, TipOf(cell));
         for (const KinePose& mark : marks) EXPECT_TRUE(IsPoint(PositionOf(mark), PositionOf(marks[0])));

@@ -21,6 +21,19 @@ inline KineFrame RandomFrame(SeededRandom& random, double reach, double tilt)
     return frame;
 }
 
+// Any angles.
+inline KineFrame AnyFrame(SeededRandom& random)
+{
+    KineFrame frame{};
+    frame.X = random.Uniform(-1500.0, 1500.0);
+    frame.Y = random.Uniform(-1500.0, 1500.0);
+    frame.Z = random.Uniform(-1500.0, 1500.0);
+    frame.A = random.Uniform(-180.0, 180.0);
+    frame.B = random.Uniform(-180.0, 180.0);
+    frame.C = random.Uniform(-180.0, 180.0);
+    return frame;
+}
+
 }  // namespace kine::test
 
 // All digits, so that a failing input can be repeated.

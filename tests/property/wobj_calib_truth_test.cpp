@@ -2,6 +2,7 @@
 // support/taught_touches.h, and the calibrations find the frame again. Then it goes into a work object and
 // the same joints have to give the points in it.
 #include "support/taught_touches.h"
+#include "support/wobj_calib_calls.h"
 
 namespace kine::test {
 namespace {
@@ -22,16 +23,6 @@ Corner DrawCircle(SeededRandom& random)
     const double radius = random.Uniform(60, 150);
     const Point onX = {radius, 0.0, 0.0};
     return {{onX, TurnZDeg(random.Uniform(60, 140)) * onX, TurnZDeg(random.Uniform(-140, -60)) * onX}};
-}
-
-// Angle of a frame's Z axis to that of its reference, from the sine and the cosine.
-double Tilt(const Mat4& m) { return std::atan2(std::hypot(m[0][2], m[1][2]), m[2][2]); }
-
-// Tilts are radians; close to 0 and to a half turn their cosine tells only half the digits.
-void ExpectTilt(double tilt, const Mat4& m)
-{
-    const double expected = Tilt(m);
-    EXPECT_NEAR(tilt, expected, std::sin(expected) > 0.01 ? InRadians(kTruthDeg) : 1e-7);
 }
 
 // Joints whose tip touches points of a frame; its origin stands where the tip happens to be.
@@ -73,46 +64,34 @@ void ExpectPointsIn(const Rig& rig, const std::vector<KineJoint>& joints, const 
     }
 }
 
+void ExpectUserFrameFound(const TaughtCell& cell, const WobjCalib& call, const TouchedFrame& touched)
+{
+    const auto p = TipsInWorld(cell, touched.joints);
+    const WobjCalibOutcome found = Solved(call, {{p[0], p[1], p[2]}});
+    EXPECT_TRUE(IsNearFrame(found.frame, touched.frame));
+    ExpectTilt(found.tilt, MatrixOf(touched.frame));
+    ExpectPointsIn({cell.tool, FixedWobj(found.frame)}, touched.joints, touched.points);
+}
+
 TEST(Kine_CalcExtWobj_UserPrm_3P, touched_points_recover_the_user_frame)
 {
     ForTaughtCells(7101, AllTaughtArms(), 40.0, 80.0, [](SeededRandom& random, const TaughtCell& cell) {
-        const TouchedFrame touched = TouchFrame(random, cell, DrawCorner(random));
-        const auto p = TipsInWorld(cell, touched.joints);
-        KineFrame frame{};
-        double tilt = 0.0;
-        ASSERT_EQ(Kine_CalcExtWobj_UserPrm_3P(&p[0], &p[1], &p[2], &frame, &tilt), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, touched.frame));
-        ExpectTilt(tilt, MatrixOf(touched.frame));
-        ExpectPointsIn({cell.tool, FixedWobj(frame)}, touched.joints, touched.points);
+        ExpectUserFrameFound(cell, kExtUser3P, TouchFrame(random, cell, DrawCorner(random)));
     });
 }
 
+// Y is horizontal and Z points up when the frame does not roll about X.
 TEST(Kine_CalcExtWobj_UserPrm_2P, touched_points_recover_a_user_frame_with_a_horizontal_y_axis)
 {
     ForTaughtCells(7102, AllTaughtArms(), 40.0, 80.0, [](SeededRandom& random, const TaughtCell& cell) {
-        // Y is horizontal and Z points up when the frame does not roll about X.
-        const TouchedFrame touched = TouchFrame(random, cell, DrawCorner(random), 0.0);
-        const auto p = TipsInWorld(cell, touched.joints);
-        KineFrame frame{};
-        double tilt = 0.0;
-        ASSERT_EQ(Kine_CalcExtWobj_UserPrm_2P(&p[0], &p[1], &frame, &tilt), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, touched.frame));
-        ExpectTilt(tilt, MatrixOf(touched.frame));
-        ExpectPointsIn({cell.tool, FixedWobj(frame)}, touched.joints, touched.points);
+        ExpectUserFrameFound(cell, kUser2P, TouchFrame(random, cell, DrawCorner(random), 0.0));
     });
 }
 
 TEST(Kine_CalcExtWobj_UserPrm_Cirle3P, touched_points_recover_the_user_frame_in_the_centre)
 {
     ForTaughtCells(7103, AllTaughtArms(), 40.0, 80.0, [](SeededRandom& random, const TaughtCell& cell) {
-        const TouchedFrame touched = TouchFrame(random, cell, DrawCircle(random));
-        const auto p = TipsInWorld(cell, touched.joints);
-        KineFrame frame{};
-        double tilt = 0.0;
-        ASSERT_EQ(Kine_CalcExtWobj_UserPrm_Cirle3P(&p[0], &p[1], &p[2], &frame, &tilt), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, touched.frame));
-        ExpectTilt(tilt, MatrixOf(touched.frame));
-        ExpectPointsIn({cell.tool, FixedWobj(frame)}, touched.joints, touched.points);
+        ExpectUserFrameFound(cell, kCircle, TouchFrame(random, cell, DrawCircle(random)));
     });
 }
 
@@ -129,12 +108,10 @@ TEST(Kine_CalcExtWobj_ObjPrm_3P, touched_points_recover_the_object_frame_in_its_
         const KineFrame object = DrawFrame(random, 200.0, 80.0);
         const KineFrame user = UserUnder(object, touched.frame);
         const auto p = TipsInWorld(cell, touched.joints);
-        KineFrame frame{};
-        double tilt = 0.0;
-        ASSERT_EQ(Kine_CalcExtWobj_ObjPrm_3P(&p[0], &p[1], &p[2], &user, &frame, &tilt), KINE_OK);
-        EXPECT_TRUE(IsTruth(frame, object));
-        ExpectTilt(tilt, MatrixOf(touched.frame));
-        ExpectPointsIn({cell.tool, FixedWobj(user, frame)}, touched.joints, touched.points);
+        const WobjCalibOutcome found = Solved(kExtObject, {{p[0], p[1], p[2]}, user});
+        EXPECT_TRUE(IsNearFrame(found.frame, object));
+        ExpectTilt(found.tilt, MatrixOf(touched.frame));
+        ExpectPointsIn({cell.tool, FixedWobj(user, found.frame)}, touched.joints, touched.points);
     });
 }
 
@@ -189,13 +166,11 @@ TEST(Kine_CalcGripWobj_UserPrm_3P, touched_points_recover_the_user_frame_in_the_
             const Corner points = DrawCorner(random);
             const HeldTouches held = TouchHeldPoints(random, cell, InFrame(user, points));
             const auto p = TaughtBy(Kine_JointToFlangePos, held.joints, {held.stationary, HeldWobj()});
-            KineFrame frame{};
-            double angle = 0.0;
-            ASSERT_EQ(Kine_CalcGripWobj_UserPrm_3P(&p[0], &p[1], &p[2], &frame, &angle), KINE_OK);
-            EXPECT_TRUE(IsTruth(frame, user));
-            ExpectTilt(angle, MatrixOf(user));
+            const WobjCalibOutcome found = Solved(kGripUser3P, {{p[0], p[1], p[2]}});
+            EXPECT_TRUE(IsNearFrame(found.frame, user));
+            ExpectTilt(found.tilt, MatrixOf(user));
             if (tilt == HeldTilt(cell))
-                ExpectPointsIn({held.stationary, HeldWobj(frame)}, held.joints, points);
+                ExpectPointsIn({held.stationary, HeldWobj(found.frame)}, held.joints, points);
         }
     });
 }
@@ -209,13 +184,11 @@ TEST(Kine_CalcGripWobj_ObjPrm_3P, touched_points_recover_the_object_frame_in_its
             const Corner points = DrawCorner(random);
             const HeldTouches held = TouchHeldPoints(random, cell, InFrame(user, InFrame(object, points)));
             const auto p = TaughtBy(Kine_JointToFlangePos, held.joints, {held.stationary, HeldWobj()});
-            KineFrame frame{};
-            double angle = 0.0;
-            ASSERT_EQ(Kine_CalcGripWobj_ObjPrm_3P(&p[0], &p[1], &p[2], &user, &frame, &angle), KINE_OK);
-            EXPECT_TRUE(IsTruth(frame, object));
-            ExpectTilt(angle, MatrixOf(object));
+            const WobjCalibOutcome found = Solved(kGripObject, {{p[0], p[1], p[2]}, user});
+            EXPECT_TRUE(IsNearFrame(found.frame, object));
+            ExpectTilt(found.tilt, MatrixOf(object));
             if (tilt == HeldTilt(cell))
-                ExpectPointsIn({held.stationary, HeldWobj(user, frame)}, held.joints, points);
+                ExpectPointsIn({held.stationary, HeldWobj(user, found.frame)}, held.joints, points);
         }
     });
 }
@@ -245,12 +218,10 @@ TEST(Kine_CalcUnFixWobj_ObjPrm_3P, points_touched_at_three_angles_recover_the_ob
             });
             StoreUnit(kPositioner, unit);
             const auto p = TipsInWorld(cell, joints);
-            KineFrame frame{};
-            double tilt = 0.0;
-            ASSERT_EQ(Kine_CalcUnFixWobj_ObjPrm_3P(kPositioner, &p[0], &p[1], &p[2], &frame, &tilt), KINE_OK);
-            EXPECT_TRUE(IsTruth(frame, object));
-            ExpectTilt(tilt, MatrixOf(object));
-            ExpectPointsIn({cell.tool, WobjOnUnit(kPositioner, frame)}, joints, points);
+            const WobjCalibOutcome found = Solved(kUnFixObject, {{p[0], p[1], p[2]}, {}, kPositioner});
+            EXPECT_TRUE(IsNearFrame(found.frame, object));
+            ExpectTilt(found.tilt, MatrixOf(object));
+            ExpectPointsIn({cell.tool, WobjOnUnit(kPositioner, found.frame)}, joints, points);
         }
     });
 }
