@@ -46,7 +46,7 @@ KineResult Kine_CalcAlignCoordProc(KineTool* tool, KineWobj* wobj)
     if (object.HeldByRobot == 0) return KINE_ERR_WOBJ;
 
     const KineFrame stationary = swapped.TFrame;
-    swapped.TFrame = ToDegrees(ToRadians(object).combined);
+    swapped.TFrame = ToDegrees(CombinedFrame(ToRadians(object)).AsPose());
     object.HeldByRobot = 0;
     object.UFrame = stationary;
     object.OFrame = {};

@@ -7,60 +7,10 @@ namespace kine {
 
 namespace {
 
-Vec3 ToVec3(const double (&v)[3]) { return {v[0], v[1], v[2]}; }
-
-std::array<double, 6> ToArray(const double (&v)[6]) { return {v[0], v[1], v[2], v[3], v[4], v[5]}; }
-
 // Multiplied in double precision, then rounded back.
 float ToRadiansSingle(float degrees) { return static_cast<float>(static_cast<double>(degrees) * DEG2RAD); }
 
 }  // namespace
-
-Pose ToRadians(const KineFrame& frame)
-{
-    return {frame.X, frame.Y, frame.Z, frame.A * DEG2RAD, frame.B * DEG2RAD, frame.C * DEG2RAD};
-}
-
-PoseRecord ToRadians(const KinePose& pose)
-{
-    return {ToRadians(pose.Frame), {pose.Cfg1, pose.Cfg2, pose.Cfg3, pose.Cfg4}, ToArray(pose.ExtAxis)};
-}
-
-Joints ToRadians(const KineJoint& joints)
-{
-    Joints result{};
-    for (std::size_t i = 0; i < result.axis.size(); ++i) result.axis[i] = joints.Axis[i] * DEG2RAD;
-    result.extAxis = ToArray(joints.ExtAxis);
-    return result;
-}
-
-Load ToRadians(const KineLoad& load)
-{
-    // The record is converted as if the inertias were the angles of a frame at Aom: nothing reads either.
-    return {load.Mass, ToVec3(load.Cog), ToVec3(load.Aom), Scale(DEG2RAD, ToVec3(load.Inertia))};
-}
-
-Tool ToRadians(const KineTool& tool)
-{
-    Tool result{};
-    result.heldByRobot = tool.HeldByRobot;
-    result.fixedInWorld = 1;
-    result.frame = ToRadians(tool.TFrame);
-    result.load = ToRadians(tool.TLoad);
-    return result;
-}
-
-Wobj ToRadians(const KineWobj& wobj)
-{
-    Wobj result{};
-    result.heldByRobot = wobj.HeldByRobot;
-    result.userFixed = wobj.UFFix;
-    result.mechUnit = wobj.MechUnitIndex;  // NOLINT(bugprone-signed-char-misuse,cert-str34-c): with its sign
-    if (wobj.UFFix == 1) result.user = ToRadians(wobj.UFrame);
-    result.object = ToRadians(wobj.OFrame);
-    result.combined = MatrixToPose(PoseToMatrix(result.user) * PoseToMatrix(result.object));
-    return result;
-}
 
 MechUnitSlot ToSlot(const KineMechUnit& unit)
 {
@@ -99,7 +49,7 @@ KineFrame ToDegrees(const Pose& pose)
 KinePose ToDegrees(const PoseRecord& pose)
 {
     KinePose result{};
-    result.Frame = ToDegrees(pose.frame);
+    result.Frame = ToDegrees(pose.frame.AsPose());
     result.Cfg1 = pose.config.Cfg1;
     result.Cfg2 = pose.config.Cfg2;
     result.Cfg3 = pose.config.Cfg3;

@@ -17,11 +17,8 @@ KineResult RunForward(const KineJoint* joints, const KineTool* tool, const KineW
 {
     const Store& store = Library();
     Arguments in(store);
-    ForwardRequest request{};
-    request.joints = in.Take(joints);
-    request.tool = in.Take(tool);
-    request.wobj = in.Take(wobj);
-    request.payload = in.Take(load);
+    // In braces the records are taken from left to right.
+    const ForwardRequest request{in.Take(joints), in.Take(tool), in.Take(wobj), in.Take(load)};
     // The bytes as they are: a tool byte of 1 with a work-object byte of 2 passes here and fails in the
     // chain.
     in.Require(request.tool.heldByRobot != request.wobj.heldByRobot, KINE_ERR_HOLD);

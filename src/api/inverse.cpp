@@ -13,11 +13,8 @@ KineResult Kine_WobjPosToJoint(const KinePose* target, const KineTool* tool, con
 {
     const Store& store = Library();
     Arguments in(store);
-    InverseRequest request{};
-    request.tool = in.Take(tool);
-    request.wobj = in.Take(wobj);
-    request.payload = in.Take(load);
-    request.target = in.Take(target);
+    // In braces the records are taken from left to right.
+    const InverseRequest request{in.Take(tool), in.Take(wobj), in.Take(load), in.Take(target)};
     // The bytes as they are, as in the forward exports.
     in.Require(request.tool.heldByRobot != request.wobj.heldByRobot, KINE_ERR_HOLD);
     in.Require(joints != nullptr, KINE_ERR_JOINT);

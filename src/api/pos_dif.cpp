@@ -22,6 +22,6 @@ KineResult Kine_CalcPosDif(const KinePose* first, const KinePose* second, int32_
     in.Require(frame == kDiffInReference || frame == kDiffInFirst, KINE_ERR_DIRECTION);
     in.Require(out != nullptr, KINE_ERR_POSE);
     if (const KineResult code = in.Code()) return code;
-    CopyOut(ToDegrees(PoseDiff(p1.frame, p2.frame, frame)), out);
+    CopyOut(ToDegrees(PoseDiff(p1.frame.AsPose(), p2.frame.AsPose(), frame)), out);
     return KINE_OK;
 }

@@ -19,7 +19,7 @@ template <std::size_t N>
 std::array<HomMatrix, N> ToMatrices(const std::array<PoseRecord, N>& taught)
 {
     std::array<HomMatrix, N> matrices{};
-    for (std::size_t i = 0; i < N; ++i) matrices[i] = PoseToMatrix(taught[i].frame);
+    for (std::size_t i = 0; i < N; ++i) matrices[i] = taught[i].frame.AsMatrix();
     return matrices;
 }
 

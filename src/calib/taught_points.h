@@ -11,7 +11,7 @@
 
 namespace kine {
 
-inline Vec3 PointOf(const PoseRecord& pose) { return {pose.frame.x, pose.frame.y, pose.frame.z}; }
+inline Vec3 PointOf(const PoseRecord& pose) { return pose.frame.Position(); }
 
 inline std::array<Vec3, 3> PointsOf(std::span<const PoseRecord, 3> taught)
 {

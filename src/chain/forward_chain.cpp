@@ -49,6 +49,12 @@ KineResult CarriedInBase(const Store& store, const ForwardRequest& request, Pose
 // Step 4.
 KineResult BaseToWorld(const Store& store, const PoseRecord& inBase, PoseRecord& inWorld)
 {
+    // The common case at once: a robot that stands at the world origin.
+    if (store.mounting.mode == kFixedInWorld && store.mounting.frame.IsZero() &&
+        inBase.frame.IsFiniteMatrix()) {
+        inWorld = inBase;
+        return KINE_OK;
+    }
     return FkStep(4, FrameToWorld(store.mechUnits, inBase, store.mounting, inWorld));
 }
 
@@ -75,11 +81,9 @@ KineResult BaseToRelative(const Store& store, const ForwardRequest& request, con
 }
 
 // relative, given in the held work object, moved to the frame in which that work object is given.
-PoseRecord ThroughHeldWobj(const Pose& heldWobj, const PoseRecord& relative)
+PoseRecord ThroughHeldWobj(const LazyPose& heldWobj, const PoseRecord& relative)
 {
-    PoseRecord result = relative;
-    result.frame = MatrixToPose(PoseToMatrix(heldWobj) * PoseToMatrix(relative.frame));
-    return result;
+    return WithFrame(relative, heldWobj.AsMatrix() * relative.frame.AsMatrix());
 }
 
 }  // namespace
@@ -112,21 +116,19 @@ KineResult JointToFlange(const Store& store, const ForwardRequest& request, Pose
     if (const KineResult code = MoveArm(store, request, carried)) return code;
     PoseRecord relative{};
     if (const KineResult code = BaseToRelative(store, request, carried, relative)) return code;
-    inFlange = ThroughHeldWobj(request.wobj.combined, relative);
+    inFlange = ThroughHeldWobj(CombinedFrame(request.wobj), relative);
     return KINE_OK;
 }
 
 KineResult JointToWorld(const Store& store, const ForwardRequest& request, PoseRecord& inWorld)
 {
     PoseRecord carriedInBase{};
-    PoseRecord carriedInWorld{};
     if (const KineResult code = CarriedInBase(store, request, carriedInBase)) return code;
-    if (const KineResult code = BaseToWorld(store, carriedInBase, carriedInWorld)) return code;
-    if (IsOnRobot(request.tool)) {
-        inWorld = carriedInWorld;
-        return KINE_OK;
-    }
+    if (IsOnRobot(request.tool)) return BaseToWorld(store, carriedInBase, inWorld);
+
+    PoseRecord carriedInWorld{};
     PoseRecord relative{};
+    if (const KineResult code = BaseToWorld(store, carriedInBase, carriedInWorld)) return code;
     if (const KineResult code = WorldToRelative(store, request, carriedInWorld, relative)) return code;
     inWorld = ThroughHeldWobj(carriedInWorld.frame, relative);
     return KINE_OK;
@@ -143,7 +145,9 @@ KineResult JointToVision(const Store& store, const Joints& joints, PoseRecord& i
 {
     PoseRecord record{};
     if (const KineResult code = GetArmConfig(store, joints, record.config)) return code;
-    if (const KineResult code = FlangePose(store, joints, record.frame)) return code;
+    Pose flange{};
+    if (const KineResult code = FlangePose(store, joints, flange)) return code;
+    record.frame = flange;
     inBase = record;
     return KINE_OK;
 }

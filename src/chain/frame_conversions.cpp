@@ -23,19 +23,19 @@ KineResult BaseToWobj(const Store& store, const PoseRecord& inBase, const Tool& 
 
 PoseRecord WorldToFixedWobj(const PoseRecord& inWorld, const Wobj& wobj)
 {
-    return WithFrame(inWorld, MatrixInverse(PoseToMatrix(wobj.combined)) * PoseToMatrix(inWorld.frame));
+    return WithFrame(inWorld, MatrixInverse(CombinedFrame(wobj).AsMatrix()) * inWorld.frame.AsMatrix());
 }
 
-PoseRecord WorldToHeldWobj(const PoseRecord& inWorld, const Wobj& wobj, const Pose& worldFromFlange)
+PoseRecord WorldToHeldWobj(const PoseRecord& inWorld, const Wobj& wobj, const LazyPose& worldFromFlange)
 {
-    const HomMatrix worldFromWobj = PoseToMatrix(worldFromFlange) * PoseToMatrix(wobj.combined);
-    return WithFrame(inWorld, MatrixInverse(worldFromWobj) * PoseToMatrix(inWorld.frame));
+    const HomMatrix worldFromWobj = worldFromFlange.AsMatrix() * CombinedFrame(wobj).AsMatrix();
+    return WithFrame(inWorld, MatrixInverse(worldFromWobj) * inWorld.frame.AsMatrix());
 }
 
-PoseRecord HeldWobjToWorld(const PoseRecord& inWobj, const Wobj& wobj, const Pose& worldFromFlange)
+PoseRecord HeldWobjToWorld(const PoseRecord& inWobj, const Wobj& wobj, const LazyPose& worldFromFlange)
 {
-    const HomMatrix worldFromWobj = PoseToMatrix(worldFromFlange) * PoseToMatrix(wobj.combined);
-    return WithFrame(inWobj, worldFromWobj * PoseToMatrix(inWobj.frame));
+    const HomMatrix worldFromWobj = worldFromFlange.AsMatrix() * CombinedFrame(wobj).AsMatrix();
+    return WithFrame(inWobj, worldFromWobj * inWobj.frame.AsMatrix());
 }
 
 KineResult CoordinateToWobj(const Store& store, std::int32_t mode, const PoseRecord& pose, const Tool& tool,
@@ -53,12 +53,12 @@ KineResult CoordinateToWobj(const Store& store, std::int32_t mode, const PoseRec
 
 PoseRecord OffsetInOwnFrame(const PoseRecord& pose, const Pose& offset)
 {
-    return WithFrame(pose, PoseToMatrix(pose.frame) * PoseToMatrix(offset));
+    return WithFrame(pose, pose.frame.AsMatrix() * PoseToMatrix(offset));
 }
 
 PoseRecord OffsetInReference(const PoseRecord& pose, const Pose& offset)
 {
-    const HomMatrix current = PoseToMatrix(pose.frame);
+    const HomMatrix current = pose.frame.AsMatrix();
     const HomMatrix change = PoseToMatrix(offset);
     return WithFrame(pose, {RotMultiply(change.r, current.r), current.t + change.t});
 }

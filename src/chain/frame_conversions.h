@@ -14,8 +14,8 @@ namespace kine {
 PoseRecord WorldToFixedWobj(const PoseRecord& inWorld, const Wobj& wobj);
 
 // World to the frame of a work object on a flange that stands at worldFromFlange, and back.
-PoseRecord WorldToHeldWobj(const PoseRecord& inWorld, const Wobj& wobj, const Pose& worldFromFlange);
-PoseRecord HeldWobjToWorld(const PoseRecord& inWobj, const Wobj& wobj, const Pose& worldFromFlange);
+PoseRecord WorldToHeldWobj(const PoseRecord& inWorld, const Wobj& wobj, const LazyPose& worldFromFlange);
+PoseRecord HeldWobjToWorld(const PoseRecord& inWobj, const Wobj& wobj, const LazyPose& worldFromFlange);
 
 // The modes of CoordinateToWobj. Every other mode leaves the pose as it is.
 inline constexpr std::int32_t kFromWorldToFixedWobj = -1;

@@ -49,6 +49,21 @@ HomMatrix UnitTransform(const UnitPosition& position)
     return firstAxis * (frames[1] * MatrixRotZDeg(position.axis2));
 }
 
+// A product with the zero frame changes nothing, but for numbers that are not finite: those spread.
+bool IsProductNeeded(const LazyPose& frame, const HomMatrix& m) { return !frame.IsZero() || !IsFinite(m); }
+
+// frame * m.
+HomMatrix Through(const LazyPose& frame, const HomMatrix& m)
+{
+    return IsProductNeeded(frame, m) ? frame.AsMatrix() * m : m;
+}
+
+// The inverse of frame * m.
+HomMatrix BackThrough(const LazyPose& frame, const HomMatrix& m)
+{
+    return IsProductNeeded(frame, m) ? MatrixInverse(frame.AsMatrix()) * m : m;
+}
+
 bool IsAtOrigin(const HomMatrix& axisFrame)
 {
     return axisFrame.t.x == 0.0 && axisFrame.t.y == 0.0 && axisFrame.t.z == 0.0;
@@ -76,7 +91,7 @@ KineResult FrameOnFlange(const Tool& tool, const Wobj& wobj, Pose& frame)
         return KINE_OK;
     }
     if (!IsHeld(wobj)) return KINE_ERR_CHAIN_1;
-    frame = wobj.combined;
+    frame = CombinedFrame(wobj).AsPose();
     return KINE_OK;
 }
 
@@ -89,7 +104,7 @@ KineResult MakeFrameDescriptor(const Tool& tool, const Wobj& wobj, FrameDescript
 KineResult DescribeObjectInCell(const Tool& tool, const Wobj& wobj, FrameDescriptor& descriptor)
 {
     if (!IsHeld(wobj)) {
-        descriptor = {wobj.userFixed == 1 ? kFixedInWorld : kOnMechUnit, wobj.mechUnit, wobj.combined};
+        descriptor = {wobj.userFixed == 1 ? kFixedInWorld : kOnMechUnit, wobj.mechUnit, CombinedFrame(wobj)};
         return KINE_OK;
     }
     if (IsHeld(tool)) return KINE_ERR_CHAIN_2;
@@ -103,24 +118,23 @@ KineResult FrameToWorld(const MechUnitBlock& units, const PoseRecord& inFrame,
                         const FrameDescriptor& descriptor, PoseRecord& inWorld)
 {
     if (descriptor.mode == kFixedInWorld) {
-        inWorld = WithFrame(inFrame, PoseToMatrix(descriptor.frame) * PoseToMatrix(inFrame.frame));
+        inWorld = WithFrame(inFrame, Through(descriptor.frame, inFrame.frame.AsMatrix()));
         return KINE_OK;
     }
     if (descriptor.mode != kOnMechUnit) return KINE_ERR_F2W_MODE;
 
     UnitPosition position{};
     if (!FindUnitPosition(units, descriptor.unit, inFrame.extAxis, position)) return KINE_ERR_F2W_UNIT_KIND;
-    inWorld = WithFrame(
-        inFrame, UnitTransform(position) * PoseToMatrix(descriptor.frame) * PoseToMatrix(inFrame.frame));
+    inWorld =
+        WithFrame(inFrame, UnitTransform(position) * descriptor.frame.AsMatrix() * inFrame.frame.AsMatrix());
     return KINE_OK;
 }
 
 KineResult WorldToFrame(const MechUnitBlock& units, const PoseRecord& inWorld,
                         const FrameDescriptor& descriptor, PoseRecord& inFrame)
 {
-    const HomMatrix frameInverse = MatrixInverse(PoseToMatrix(descriptor.frame));
     if (descriptor.mode == kFixedInWorld) {
-        inFrame = WithFrame(inWorld, frameInverse * PoseToMatrix(inWorld.frame));
+        inFrame = WithFrame(inWorld, BackThrough(descriptor.frame, inWorld.frame.AsMatrix()));
         return KINE_OK;
     }
     if (descriptor.mode != kOnMechUnit) return KINE_ERR_W2F_MODE;
@@ -128,14 +142,14 @@ KineResult WorldToFrame(const MechUnitBlock& units, const PoseRecord& inWorld,
     UnitPosition position{};
     if (!FindUnitPosition(units, descriptor.unit, inWorld.extAxis, position)) return KINE_ERR_W2F_UNIT_KIND;
     if (HasRotaryAxisAtOrigin(*position.unit)) return KINE_ERR_AXIS_ORIGIN;
-    inFrame = WithFrame(inWorld,
-                        frameInverse * MatrixInverse(UnitTransform(position)) * PoseToMatrix(inWorld.frame));
+    inFrame = WithFrame(inWorld, MatrixInverse(descriptor.frame.AsMatrix()) *
+                                     MatrixInverse(UnitTransform(position)) * inWorld.frame.AsMatrix());
     return KINE_OK;
 }
 
 PoseRecord InvertFrame(const PoseRecord& record)
 {
-    return WithFrame(record, MatrixInverse(PoseToMatrix(record.frame)));
+    return WithFrame(record, MatrixInverse(record.frame.AsMatrix()));
 }
 
 KineResult ToolRelativePose(const PoseRecord& record, const Tool& tool, const Wobj& wobj,

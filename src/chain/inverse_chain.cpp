@@ -37,7 +37,7 @@ KineResult RelativeTarget(const PoseRecord& target, const Tool& tool, const Wobj
 
 KineResult WobjToJoint(const Store& store, const InverseRequest& request, Joints& joints)
 {
-    const auto& [target, tool, wobj, payload] = request;
+    const auto& [tool, wobj, payload, target] = request;
     // A configuration out of reach ends the call before anything else, without a line.
     if (const KineResult code = CheckArmConfig(store, target.config)) return code;
 

@@ -9,10 +9,10 @@ namespace kine {
 
 struct InverseRequest
 {
+    Tool tool{};
+    Wobj wobj{};
+    Load payload{};
     PoseRecord target;  // in the work object
-    Tool tool;
-    Wobj wobj;
-    Load payload;
 };
 
 // Every failing step but the check of the configuration prints its numbered line once; the joints are written

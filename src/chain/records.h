@@ -6,22 +6,22 @@
 #include <cstdint>
 
 #include "KineDll.h"
-#include "math/transform.h"
+#include "math/lazy_pose.h"
 #include "models/arm_model.h"
 
 namespace kine {
 
 struct PoseRecord
 {
-    Pose frame;
-    KineArmConfig config;
-    std::array<double, 6> extAxis;
+    LazyPose frame;
+    KineArmConfig config{};
+    std::array<double, 6> extAxis{};
 };
 
 // The record at another frame; configuration and external axes stay.
 inline PoseRecord WithFrame(const PoseRecord& record, const HomMatrix& frame)
 {
-    return {MatrixToPose(frame), record.config, record.extAxis};
+    return {LazyPose(frame), record.config, record.extAxis};
 }
 
 struct Tool
@@ -38,10 +38,15 @@ struct Wobj
     std::uint8_t heldByRobot;  // the caller's byte as it is
     std::uint8_t userFixed;    // the caller's byte as it is; only exactly 1 means fixed
     std::int32_t mechUnit;
-    Pose user;      // zero unless userFixed is 1
-    Pose object;    // in the user frame
-    Pose combined;  // user * object
+    Pose user;    // zero unless userFixed is 1
+    Pose object;  // in the user frame
 };
+
+// user * object. Computed by the calls that use it.
+inline LazyPose CombinedFrame(const Wobj& wobj)
+{
+    return LazyPose(PoseToMatrix(wobj.user) * PoseToMatrix(wobj.object));
+}
 
 // The hold checks inside the chains ask for non-zero; the forward chains choose their path by exactly 1.
 // A tool byte of 2 is held for the first and not on the robot for the second.

@@ -56,7 +56,7 @@ KineResult InitModel(Store& store, const KineKinematicParam* param)
     return model->InitModel(static_cast<std::uint32_t>(store.arm.armType), param);
 }
 
-KineResult ForwardKinematics(const Store& store, Joints joints, const ToolBlock& tool, Pose& pose)
+KineResult ForwardKinematics(const Store& store, Joints joints, const ToolBlock& tool, LazyPose& pose)
 {
     const ArmModel* model = nullptr;
     if (const KineResult code = FindModel(store, KINE_ERR_UNKNOWN_ARM_TYPE, model)) return code;
@@ -87,6 +87,14 @@ KineResult GetAxisLimits(const Store& store, AxisLimits& limits)
     return KINE_OK;
 }
 
+KineResult StoreLimitConfigs(Store& store)
+{
+    AxisLimits limits{};
+    if (const KineResult code = GetAxisLimits(store, limits)) return code;
+    if (const KineResult code = GetArmConfig(store, limits.upper, store.limitConfigs.upper)) return code;
+    return GetArmConfig(store, limits.lower, store.limitConfigs.lower);
+}
+
 KineResult SetAxisLimits(Store& store, AxisLimits& limits)
 {
     if (store.arm.initState != kInitStateReady) return KINE_ERR_NOT_INITIALISED;
@@ -101,10 +109,10 @@ KineResult SetAxisLimits(Store& store, AxisLimits& limits)
     ArmModel* model = ModelOf(store);
     if (model == nullptr) return KINE_ERR_UNKNOWN_ARM_TYPE;
     model->SetAxisLimits(limits);
-    return KINE_OK;
+    return StoreLimitConfigs(store);
 }
 
-KineResult InverseKinematics(const Store& store, const Pose& target, const ToolBlock& tool,
+KineResult InverseKinematics(const Store& store, const LazyPose& target, const ToolBlock& tool,
                              const KineArmConfig& config, Joints& joints)
 {
     const ArmModel* model = nullptr;
@@ -144,12 +152,9 @@ bool IsConfigWithin(std::int32_t armType, const KineArmConfig& config, const Kin
 
 KineResult CheckArmConfig(const Store& store, const KineArmConfig& config)
 {
-    AxisLimits limits{};
-    if (const KineResult code = GetAxisLimits(store, limits)) return code;
-    KineArmConfig upper{};
-    KineArmConfig lower{};
-    if (const KineResult code = GetArmConfig(store, limits.upper, upper)) return code;
-    if (const KineResult code = GetArmConfig(store, limits.lower, lower)) return code;
+    const ArmModel* model = nullptr;
+    if (const KineResult code = FindModel(store, KINE_ERR_UNKNOWN_ARM_TYPE, model)) return code;
+    const auto& [upper, lower] = store.limitConfigs;
     return IsConfigWithin(store.arm.armType, config, lower, upper) ? KINE_OK : KINE_ERR_CONFIG;
 }
 

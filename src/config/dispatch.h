@@ -20,7 +20,7 @@ const ArmModel* ModelOf(const Store& store);
 
 // The model may change the joints it is given, hence by value.
 [[nodiscard]] KineResult ForwardKinematics(const Store& store, Joints joints, const ToolBlock& tool,
-                                           Pose& pose);
+                                           LazyPose& pose);
 
 [[nodiscard]] KineResult FlangePose(const Store& store, const Joints& joints, Pose& pose);
 
@@ -34,7 +34,10 @@ const ArmModel* ModelOf(const Store& store);
 // The pairs are replaced in the caller's limits for an unknown type too.
 [[nodiscard]] KineResult SetAxisLimits(Store& store, AxisLimits& limits);
 
-[[nodiscard]] KineResult InverseKinematics(const Store& store, const Pose& target, const ToolBlock& tool,
+// Takes the configuration at the limits once more: SetAxisLimits does when it has stored them.
+[[nodiscard]] KineResult StoreLimitConfigs(Store& store);
+
+[[nodiscard]] KineResult InverseKinematics(const Store& store, const LazyPose& target, const ToolBlock& tool,
                                            const KineArmConfig& config, Joints& joints);
 
 // KINE_SINGULAR or KINE_OK; KINE_OK for an unknown type.

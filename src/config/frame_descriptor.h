@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "math/transform.h"
+#include "math/lazy_pose.h"
 
 namespace kine {
 
@@ -13,9 +13,9 @@ inline constexpr std::int32_t kOnMechUnit = 3;
 
 struct FrameDescriptor
 {
-    std::int32_t mode;  // kFixedInWorld or kOnMechUnit; the frame services refuse anything else
-    std::int32_t unit;  // index of the mechanical unit, with kOnMechUnit
-    Pose frame;         // in the world, or in the last axis of the mechanical unit
+    std::int32_t mode = 0;  // kFixedInWorld or kOnMechUnit; the frame services refuse anything else
+    std::int32_t unit = 0;  // index of the mechanical unit, with kOnMechUnit
+    LazyPose frame;         // in the world, or in the last axis of the mechanical unit
 };
 
 }  // namespace kine

@@ -12,8 +12,7 @@ constinit Store library{};
 void ResetCell(Store& store)
 {
     store.mechUnits = {};
-    store.mounting = {};
-    store.mounting.mode = kFixedInWorld;
+    store.mounting = {kFixedInWorld, 0, {}};
 }
 
 Store& Library() { return library; }

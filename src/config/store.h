@@ -22,12 +22,20 @@ struct ArmState
     std::int32_t modelFamily;  // 4 for both four-axis arms, 6 for the six-axis arm
 };
 
+// The configuration of the arm at its axis limits.
+struct LimitConfigs
+{
+    KineArmConfig upper;
+    KineArmConfig lower;
+};
+
 struct Store
 {
     ArmState arm{};
     std::int32_t mechUnitCfgEnabled = 0;  // survives an initialisation
     MechUnitBlock mechUnits{};
-    FrameDescriptor mounting{};  // of the robot base
+    FrameDescriptor mounting{};   // of the robot base
+    LimitConfigs limitConfigs{};  // of the axis limits, kept for the check of every target
     FourAxisModel fourAxis;
     SixAxisModel sixAxis;
     FourAxis4110Model fourAxis4110;

@@ -34,6 +34,27 @@ inline SinCos SinCosOf(double angle)
     return result;
 }
 
+// Largest step, rad, for which Advanced uses its series: the first terms left out are below 1e-18 there.
+inline constexpr double kMaxSeriesStep = 0.04;
+
+// Sine and cosine of an angle that lies by further than the one whose sine and cosine are at: the addition
+// theorems with the series of a small step, which cost a fraction of a call. Up to kMaxSeriesStep only.
+inline SinCos Advanced(const SinCos& at, double by)
+{
+    constexpr double kSin3 = -1.0 / 6.0, kSin5 = 1.0 / 120.0, kSin7 = -1.0 / 5040.0;
+    constexpr double kCos2 = -0.5, kCos4 = 1.0 / 24.0, kCos6 = -1.0 / 720.0, kCos8 = 1.0 / 40320.0;
+    const double square = by * by;
+    const double sin = by * (1.0 + square * (kSin3 + square * (kSin5 + square * kSin7)));
+    const double cosLess1 = square * (kCos2 + square * (kCos4 + square * (kCos6 + square * kCos8)));
+    return {at.sin + (at.cos * sin + at.sin * cosLess1), at.cos + (at.cos * cosLess1 - at.sin * sin)};
+}
+
+// Sine and cosine of the sum of two angles.
+inline SinCos SumOf(const SinCos& a, const SinCos& b)
+{
+    return {a.sin * b.cos + a.cos * b.sin, a.cos * b.cos - a.sin * b.sin};
+}
+
 inline SinCos SinCosDeg(double degrees) { return SinCosOf(degrees * DEG2RAD); }
 
 // Arguments this far outside [-1, 1] are rounding noise and count as +-1. At the limit itself and beyond

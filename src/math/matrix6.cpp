@@ -1,7 +1,9 @@
-// Gauss-Jordan inversion in place. W: working matrix; P: product of the pivots; s: sign of the exchanges.
+// Gauss-Jordan inversion in place, and elimination with the same pivots. W: working matrix; P: product of the
+// pivots; s: sign of the exchanges.
 #include "math/matrix6.h"
 
 #include <cmath>
+#include <cstddef>
 #include <utility>
 
 namespace kine {
@@ -59,6 +61,44 @@ void Eliminate(Matrix6& w, int k)
     }
 }
 
+// A linear system. Rows of eight: the matrix, the right side and a filler, so that whole rows are worked on
+// in pairs of numbers.
+struct System
+{
+    alignas(16) double m[kSize][8];
+    int unknown[kSize];  // which unknown the column belongs to
+};
+
+constexpr int kRight = 6;
+
+// Steps k to 5 of the elimination. k is a constant, so that all loops are unrolled.
+template <int k>
+bool Eliminate(System& s)
+{
+    if constexpr (k == kSize) {
+        return true;
+    } else {
+        Pivot pivot{k, k, 0.0};
+        for (int i = k; i < kSize; ++i) {
+            for (int j = k; j < kSize; ++j) {
+                const double size = std::fabs(s.m[i][j]);
+                if (size > pivot.size) pivot = {i, j, size};
+            }
+        }
+        if (pivot.size < kMinPivot) return false;
+        std::swap(s.m[pivot.row], s.m[k]);
+        for (auto& row : s.m) std::swap(row[pivot.column], row[k]);
+        std::swap(s.unknown[pivot.column], s.unknown[k]);
+
+        const double reciprocal = 1.0 / s.m[k][k];
+        for (int j = k + 1; j <= kRight; ++j) s.m[k][j] *= reciprocal;
+        for (int i = k + 1; i < kSize; ++i) {
+            for (int j = k + 1; j <= kRight; ++j) s.m[i][j] -= s.m[i][k] * s.m[k][j];
+        }
+        return Eliminate<k + 1>(s);
+    }
+}
+
 }  // namespace
 
 double Matrix6Inverse(Matrix6& destination, const Matrix6& source)
@@ -91,6 +131,25 @@ double Matrix6Inverse(Matrix6& destination, const Matrix6& source)
 
     destination = w;
     return s * p;
+}
+
+bool Matrix6Solve(const Matrix6& a, const std::array<double, 6>& b, std::array<double, 6>& x)
+{
+    System system{};
+    for (int i = 0; i < kSize; ++i) {
+        for (int j = 0; j < kSize; ++j) system.m[i][j] = a.m[i][j];
+        system.m[i][kRight] = b[static_cast<std::size_t>(i)];
+        system.unknown[i] = i;
+    }
+    if (!Eliminate<0>(system)) return false;
+
+    for (int k = kSize - 1; k >= 0; --k) {
+        double value = system.m[k][kRight];
+        for (int j = k + 1; j < kSize; ++j) value -= system.m[k][j] * system.m[j][kRight];
+        system.m[k][kRight] = value;
+        x[static_cast<std::size_t>(system.unknown[k])] = value;
+    }
+    return true;
 }
 
 }  // namespace kine

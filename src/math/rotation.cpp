@@ -8,8 +8,6 @@ namespace kine {
 
 namespace {
 
-// RotMatrixToEuler: |r00| and |r10| strictly below this are cos b = 0; NaN is not.
-constexpr double kGimbalLimit = 1e-5;
 // RotMatrixToEuler: r20 strictly within this of +1 gives b = -pi/2; everything else, NaN too, +pi/2.
 constexpr double kGimbalSignLimit = 1e-5;
 // RotMatrixToEulerExact: the smallest normal single-precision value; in practice only 0 is below it.
@@ -23,25 +21,9 @@ EulerAngles RegularEuler(const RotMatrix& r)
 
 }  // namespace
 
-RotMatrix EulerToRotMatrix(double a, double b, double c)
-{
-    const auto [sa, ca] = SinCosOf(a);
-    const auto [sb, cb] = SinCosOf(b);
-    const auto [sc, cc] = SinCosOf(c);
-    return {ca * cb,
-            ca * sb * sc - sa * cc,
-            ca * sb * cc + sa * sc,  //
-            sa * cb,
-            sa * sb * sc + ca * cc,
-            sa * sb * cc - ca * sc,  //
-            -sb,
-            cb * sc,
-            cb * cc};
-}
-
 EulerAngles RotMatrixToEuler(const RotMatrix& r)
 {
-    if (std::fabs(r.r00) < kGimbalLimit && std::fabs(r.r10) < kGimbalLimit) {
+    if (IsGimbal(r)) {
         if (std::fabs(r.r20 - 1.0) < kGimbalSignLimit) return {0.0, -kHalfPi, std::atan2(-r.r01, r.r11)};
         return {0.0, kHalfPi, std::atan2(r.r01, r.r11)};
     }

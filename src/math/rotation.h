@@ -1,6 +1,7 @@
 // 3x3 rotation matrices and their Euler angles (a, b, c) in radians, R = Rz(a) * Ry(b) * Rx(c).
 #pragma once
 
+#include "math/angles.h"
 #include "math/vec3.h"
 
 namespace kine {
@@ -22,10 +23,42 @@ struct EulerAngles
 
 inline constexpr RotMatrix kIdentityRotation{1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
 
-RotMatrix EulerToRotMatrix(double a, double b, double c);
+inline RotMatrix EulerToRotMatrix(double a, double b, double c)
+{
+    const auto [sa, ca] = SinCosOf(a);
+    const auto [sb, cb] = SinCosOf(b);
+    const auto [sc, cc] = SinCosOf(c);
+    return {ca * cb,
+            ca * sb * sc - sa * cc,
+            ca * sb * cc + sa * sc,  //
+            sa * cb,
+            sa * sb * sc + ca * cc,
+            sa * sb * cc - ca * sc,  //
+            -sb,
+            cb * sc,
+            cb * cc};
+}
+
+// |r00| and |r10| strictly below this are cos b = 0; NaN is not.
+inline constexpr double kGimbalLimit = 1e-5;
+
+// Whether cos b counts as 0 in the conversion in general use.
+inline bool IsGimbal(const RotMatrix& r)
+{
+    return std::fabs(r.r00) < kGimbalLimit && std::fabs(r.r10) < kGimbalLimit;
+}
+
+// The elements of a rotation are too small for their sum to overflow.
+inline bool IsFinite(const RotMatrix& r)
+{
+    return std::isfinite(r.r00 + r.r01 + r.r02 + r.r10 + r.r11 + r.r12 + r.r20 + r.r21 + r.r22);
+}
 
 // The conversion in general use. Within 1e-5 of cos b = 0 only c - a or c + a is determined: a is then 0.
 EulerAngles RotMatrixToEuler(const RotMatrix& r);
+
+// The a of RotMatrixToEuler alone.
+inline double HeadingOf(const RotMatrix& r) { return IsGimbal(r) ? 0.0 : std::atan2(r.r10, r.r00); }
 
 // The variant of the jog targets: treats only an exact zero of cos b as the special case, and there takes
 // the sign of b from the sign of r20.
@@ -60,10 +93,15 @@ inline Vec3 RotateBack(const RotMatrix& r, const Vec3& v)
             r.r02 * v.x + r.r12 * v.y + r.r22 * v.z};
 }
 
-// A * B.
+// A * B. Row by row, so that neighbours in a row can be computed side by side.
 inline RotMatrix RotMultiply(const RotMatrix& a, const RotMatrix& b)
 {
-    return FromAxes(Rotate(a, AxisX(b)), Rotate(a, AxisY(b)), Rotate(a, AxisZ(b)));
+    return {a.r00 * b.r00 + a.r01 * b.r10 + a.r02 * b.r20, a.r00 * b.r01 + a.r01 * b.r11 + a.r02 * b.r21,
+            a.r00 * b.r02 + a.r01 * b.r12 + a.r02 * b.r22,  //
+            a.r10 * b.r00 + a.r11 * b.r10 + a.r12 * b.r20, a.r10 * b.r01 + a.r11 * b.r11 + a.r12 * b.r21,
+            a.r10 * b.r02 + a.r11 * b.r12 + a.r12 * b.r22,  //
+            a.r20 * b.r00 + a.r21 * b.r10 + a.r22 * b.r20, a.r20 * b.r01 + a.r21 * b.r11 + a.r22 * b.r21,
+            a.r20 * b.r02 + a.r21 * b.r12 + a.r22 * b.r22};
 }
 
 }  // namespace kine

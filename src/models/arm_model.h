@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "KineDll.h"
-#include "math/transform.h"
+#include "math/lazy_pose.h"
 #include "math/vec3.h"
 
 namespace kine {
@@ -64,7 +64,7 @@ public:
 
     // Pose of the tool block's frame in the base. A model may change the joints it is given (arm type 4110
     // moves axis 2), so callers hand over a copy of their own.
-    [[nodiscard]] virtual Pose ForwardKinematics(Joints& joints, const ToolBlock& tool) const = 0;
+    [[nodiscard]] virtual LazyPose ForwardKinematics(Joints& joints, const ToolBlock& tool) const = 0;
 
     // The model's reduced pose for vision calibration; see Kine_FKineVision.
     [[nodiscard]] virtual Pose FlangePose(const Joints& joints) const = 0;
@@ -78,7 +78,7 @@ public:
 
     // Joints that bring the tool block's frame to target (in the base). Writes the eight axes, unused ones
     // zero, and only on success; never an axis that is not finite.
-    [[nodiscard]] virtual KineResult InverseKinematics(const Pose& target, const ToolBlock& tool,
+    [[nodiscard]] virtual KineResult InverseKinematics(const LazyPose& target, const ToolBlock& tool,
                                                        const KineArmConfig& config, Joints& joints) const = 0;
 
     // Zero for a joint set that is not singular; kind selects the thresholds.

@@ -36,10 +36,10 @@ KineResult FourAxis4110Model::InitModel(std::uint32_t armType, const KineKinemat
     return InitFourAxisParams(KINE_ARM_FOUR_AXIS_4110, armType, param, params_);
 }
 
-Pose FourAxis4110Model::ForwardKinematics(Joints& joints, const ToolBlock& tool) const
+LazyPose FourAxis4110Model::ForwardKinematics(Joints& joints, const ToolBlock& tool) const
 {
     joints.axis[1] += kPi;
-    return FourAxisToolPose(params_, FourAnglesOf(joints), tool.frame);
+    return FourAxisToolPose(FourAxisStateOf(params_, FourAnglesOf(joints), FourAxisToolOf(tool.frame)));
 }
 
 Pose FourAxis4110Model::FlangePose(const Joints& joints) const
@@ -62,23 +62,23 @@ void FourAxis4110Model::GetAxisLimits(AxisLimits& limits) const { ReadFourAxisLi
 
 void FourAxis4110Model::SetAxisLimits(const AxisLimits& limits) { StoreFourAxisLimits(limits, params_); }
 
-KineResult FourAxis4110Model::InverseKinematics(const Pose& target, const ToolBlock& tool,
+KineResult FourAxis4110Model::InverseKinematics(const LazyPose& target, const ToolBlock& tool,
                                                 const KineArmConfig& config, Joints& joints) const
 {
     if (!IsTurnNumberServed(config.Cfg2) || !IsTurnNumberServed(config.Cfg3) ||
         !IsTurnNumberServed(config.Cfg4)) {
         return KINE_ERR_CONFIG;
     }
+    const Pose goal = FourAxisGoal(target);
     FourAxisSeed seed{};
-    if (const KineResult code = FourAxisClosedForm(params_, target, tool.frame, config.Cfg1, seed))
-        return code;
+    if (const KineResult code = FourAxisClosedForm(params_, goal, tool.frame, config.Cfg1, seed)) return code;
     // The test is made on the elbow less the quarter turns of Cfg3: with Cfg3 = 1 it fires near 90 degrees
     // and not near 0.
     if (std::fabs(seed.elbow - (config.Cfg3 % 4) * kHalfPi) < kMinElbowAngle) return KINE_ERR_IK_SINGULAR;
 
     FourAngles q{ShiftByTurn(seed.q1, config.Cfg2), ShiftByTurn(seed.elbow, config.Cfg3), seed.q3,
                  ShiftByTurn(seed.q4, config.Cfg4)};
-    if (const KineResult code = FourAxisRefine(params_, target, tool.frame, q)) return code;
+    if (const KineResult code = FourAxisRefine(params_, goal, tool.frame, q)) return code;
 
     q[3] = ShiftByTurn(q[3], config.Cfg4);
     if (!QuadrantWindow(q[3], config.Cfg4, kTurnBias)) return KINE_ERR_IK_REACH;

@@ -13,7 +13,7 @@ public:
     [[nodiscard]] KineResult InitModel(std::uint32_t armType, const KineKinematicParam* param) override;
 
     // Adds pi to axis 2 of joints.
-    [[nodiscard]] Pose ForwardKinematics(Joints& joints, const ToolBlock& tool) const override;
+    [[nodiscard]] LazyPose ForwardKinematics(Joints& joints, const ToolBlock& tool) const override;
 
     // Takes axis 2 as the elbow angle itself, unlike ForwardKinematics.
     [[nodiscard]] Pose FlangePose(const Joints& joints) const override;
@@ -23,7 +23,7 @@ public:
 
     void GetAxisLimits(AxisLimits& limits) const override;
     void SetAxisLimits(const AxisLimits& limits) override;
-    [[nodiscard]] KineResult InverseKinematics(const Pose& target, const ToolBlock& tool,
+    [[nodiscard]] KineResult InverseKinematics(const LazyPose& target, const ToolBlock& tool,
                                                const KineArmConfig& config, Joints& joints) const override;
     [[nodiscard]] std::uint32_t IsSingularity(const Joints& joints, std::uint32_t kind) const override;
 

@@ -26,13 +26,26 @@ struct ToolError
     double squared;
 };
 
-ToolError ToolErrorOf(const FourAxisParams& params, const Pose& target, const Pose& tool, const FourAngles& q)
+ToolError ToolErrorOf(const Pose& target, const FourAxisState& state)
 {
-    const Pose current = FourAxisToolPose(params, q, tool);
+    const Pose current = FourAxisToolPose(state);
     ToolError error{};
     error.e = {target.x - current.x, target.y - current.y, target.z - current.z, target.a - current.a};
     for (const double component : error.e) error.squared += component * component;
     return error;
+}
+
+// Moves the axes by the correction, and their sines with them. Axis 3, the screw, has none.
+void Advance(FourAngles& q, FourSines& sines, const FourAngles& correction)
+{
+    for (std::size_t i = 0; i < q.size(); ++i) q[i] += correction[i];
+    const auto isSmall = [](double angle) { return std::fabs(angle) <= kMaxSeriesStep; };
+    if (isSmall(correction[0]) && isSmall(correction[1]) && isSmall(correction[3])) {
+        sines = {Advanced(sines.q1, correction[0]), Advanced(sines.q2, correction[1]),
+                 Advanced(sines.q4, correction[3])};
+    } else {
+        sines = FourSinesOf(q);
+    }
 }
 
 }  // namespace
@@ -68,15 +81,17 @@ KineResult FourAxisClosedForm(const FourAxisParams& params, const Pose& target, 
 
 KineResult FourAxisRefine(const FourAxisParams& params, const Pose& target, const Pose& tool, FourAngles& q)
 {
-    ToolError error = ToolErrorOf(params, target, tool, q);
+    const FourAxisTool onFlange = FourAxisToolOf(tool);
+    FourSines sines = FourSinesOf(q);
+    FourAxisState state = FourAxisStateOf(params, sines, q[2], onFlange);
+    ToolError error = ToolErrorOf(target, state);
     for (int step = 0; step < kMaxNewtonSteps && !(error.squared < kMaxSquaredError); ++step) {
-        Matrix4 inverse{};
-        if (const KineResult code = Jacobian4Inverse(FourAxisJacobian(params, q, tool), inverse)) return code;
-        for (std::size_t i = 0; i < q.size(); ++i) {
-            const double* row = inverse.m[i];
-            q[i] += row[0] * error.e[0] + row[1] * error.e[1] + row[2] * error.e[2] + row[3] * error.e[3];
-        }
-        error = ToolErrorOf(params, target, tool, q);
+        FourAngles correction{};
+        if (const KineResult code = Jacobian4Solve(FourAxisJacobian(params, state), error.e, correction))
+            return code;
+        Advance(q, sines, correction);
+        state = FourAxisStateOf(params, sines, q[2], onFlange);
+        error = ToolErrorOf(target, state);
     }
     return KINE_OK;
 }

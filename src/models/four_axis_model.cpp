@@ -38,9 +38,9 @@ KineResult FourAxisModel::InitModel(std::uint32_t armType, const KineKinematicPa
     return InitFourAxisParams(KINE_ARM_FOUR_AXIS, armType, param, params_);
 }
 
-Pose FourAxisModel::ForwardKinematics(Joints& joints, const ToolBlock& tool) const
+LazyPose FourAxisModel::ForwardKinematics(Joints& joints, const ToolBlock& tool) const
 {
-    return FourAxisToolPose(params_, FourAnglesOf(joints), tool.frame);
+    return FourAxisToolPose(FourAxisStateOf(params_, FourAnglesOf(joints), FourAxisToolOf(tool.frame)));
 }
 
 Pose FourAxisModel::FlangePose(const Joints& joints) const
@@ -57,17 +57,17 @@ void FourAxisModel::GetAxisLimits(AxisLimits& limits) const { ReadFourAxisLimits
 
 void FourAxisModel::SetAxisLimits(const AxisLimits& limits) { StoreFourAxisLimits(limits, params_); }
 
-KineResult FourAxisModel::InverseKinematics(const Pose& target, const ToolBlock& tool,
+KineResult FourAxisModel::InverseKinematics(const LazyPose& target, const ToolBlock& tool,
                                             const KineArmConfig& config, Joints& joints) const
 {
     if (!IsTurnNumberServed(config.Cfg4)) return KINE_ERR_CONFIG;
+    const Pose goal = FourAxisGoal(target);
     FourAxisSeed seed{};
-    if (const KineResult code = FourAxisClosedForm(params_, target, tool.frame, config.Cfg1, seed))
-        return code;
+    if (const KineResult code = FourAxisClosedForm(params_, goal, tool.frame, config.Cfg1, seed)) return code;
     if (std::fabs(seed.elbow) < kMinElbowAngle) return KINE_ERR_IK_SINGULAR;
 
     FourAngles q{seed.q1, seed.elbow, seed.q3, ShiftByTurn(seed.q4, config.Cfg4)};
-    if (const KineResult code = FourAxisRefine(params_, target, tool.frame, q)) return code;
+    if (const KineResult code = FourAxisRefine(params_, goal, tool.frame, q)) return code;
 
     // The shift is applied a second time; the window brings the axis back. Axes 1 and 2 stay where they are.
     q[3] = ShiftByTurn(q[3], config.Cfg4);

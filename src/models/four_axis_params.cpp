@@ -10,6 +10,20 @@ namespace {
 // mm; equal passes, NaN passes. ZOffset is not checked and may be negative.
 constexpr double kMinLength = 1e-5;
 
+// Rx(alpha) * Ry(beta).
+RotMatrix TiltOf(const SinCos& alpha, const SinCos& beta)
+{
+    return {beta.cos,
+            0.0,
+            beta.sin,  //
+            alpha.sin * beta.sin,
+            alpha.cos,
+            -alpha.sin * beta.cos,  //
+            -alpha.cos * beta.sin,
+            alpha.sin,
+            alpha.cos * beta.cos};
+}
+
 }  // namespace
 
 KineResult InitFourAxisParams(std::uint32_t ownType, std::uint32_t armType, const KineKinematicParam* param,
@@ -28,10 +42,8 @@ KineResult InitFourAxisParams(std::uint32_t ownType, std::uint32_t armType, cons
     if (in.Link1Length < kMinLength) return KINE_ERR_MODEL_PARAM;
     if (in.Link2Length < kMinLength) return KINE_ERR_MODEL_PARAM;
 
-    params.alpha1 = SinCosDeg(in.Link1TiltX);
-    params.alpha2 = SinCosDeg(in.Link2TiltX);
-    params.beta1 = SinCosDeg(in.Link1TiltY);
-    params.beta2 = SinCosDeg(in.Link2TiltY);
+    params.tilt1 = TiltOf(SinCosDeg(in.Link1TiltX), SinCosDeg(in.Link1TiltY));
+    params.tilt2 = TiltOf(SinCosDeg(in.Link2TiltX), SinCosDeg(in.Link2TiltY));
     return KINE_OK;
 }
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "KineDll.h"
-#include "math/angles.h"
+#include "math/rotation.h"
 
 namespace kine {
 
@@ -18,8 +18,8 @@ struct FourAxisParams
     double z0;    // height of the flange at screw angle 0
     double lead;  // travel per revolution of the screw
 
-    // Tilts of the axes behind link 1 and link 2, about X and then Y; used only through sine and cosine.
-    SinCos alpha1, beta1, alpha2, beta2;
+    // Tilts of the axes behind link 1 and link 2: Rx * Ry of each.
+    RotMatrix tilt1, tilt2;
 
     FourAngles upperLimit;
     FourAngles lowerLimit;

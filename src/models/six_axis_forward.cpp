@@ -6,32 +6,51 @@ namespace kine {
 
 namespace {
 
+// A vector whose x and y share a register: most of a walk is the same sum for all three components.
+struct PackedVec3
+{
+    using Pair = double __attribute__((vector_size(16)));
+    Pair xy;
+    double z;
+
+    PackedVec3(double x, double y, double zValue) : xy{x, y}, z(zValue) {}
+    PackedVec3(Pair xyValue, double zValue) : xy(xyValue), z(zValue) {}
+    operator Vec3() const
+    {
+        return {xy[0], xy[1], z};
+    }  // NOLINT(google-explicit-constructor): the same vector
+};
+
+PackedVec3 operator+(const PackedVec3& u, const PackedVec3& v) { return {u.xy + v.xy, u.z + v.z}; }
+PackedVec3 operator-(const PackedVec3& u, const PackedVec3& v) { return {u.xy - v.xy, u.z - v.z}; }
+PackedVec3 Scale(double s, const PackedVec3& v) { return {s * v.xy, s * v.z}; }
+
 // A frame on its way along the chain, by its axes and origin. Each step multiplies on the right, that is,
 // moves the frame in its own coordinates.
 struct MovingFrame
 {
-    Vec3 x{1.0, 0.0, 0.0};
-    Vec3 y{0.0, 1.0, 0.0};
-    Vec3 z{0.0, 0.0, 1.0};
-    Vec3 origin{0.0, 0.0, 0.0};
+    PackedVec3 x;
+    PackedVec3 y;
+    PackedVec3 z{0.0, 0.0, 1.0};
+    PackedVec3 origin{0.0, 0.0, 0.0};
 
     void RotateX(const SinCos& angle)
     {
-        const Vec3 oldY = y;
+        const PackedVec3 oldY = y;
         y = Scale(angle.cos, oldY) + Scale(angle.sin, z);
         z = Scale(angle.cos, z) - Scale(angle.sin, oldY);
     }
 
     void RotateY(const SinCos& angle)
     {
-        const Vec3 oldZ = z;
+        const PackedVec3 oldZ = z;
         z = Scale(angle.cos, oldZ) + Scale(angle.sin, x);
         x = Scale(angle.cos, x) - Scale(angle.sin, oldZ);
     }
 
     void RotateZ(const SinCos& angle)
     {
-        const Vec3 oldX = x;
+        const PackedVec3 oldX = x;
         x = Scale(angle.cos, oldX) + Scale(angle.sin, y);
         y = Scale(angle.cos, y) - Scale(angle.sin, oldX);
     }
@@ -39,9 +58,9 @@ struct MovingFrame
     void TranslateX(double a) { origin = origin + Scale(a, x); }
     void TranslateZ(double d) { origin = origin + Scale(d, z); }
 
-    void Link(double theta, double d, double a, const SinCos& alpha)
+    void Link(const SinCos& theta, double d, double a, const SinCos& alpha)
     {
-        RotateZ(SinCosOf(theta));
+        RotateZ(theta);
         AlongLink(d, a, alpha);
     }
 
@@ -59,12 +78,45 @@ struct MovingFrame
         return {{q1.cos, q1.sin, 0.0}, {-q1.sin, q1.cos, 0.0}};
     }
 
-    [[nodiscard]] JointAxis Axis() const { return {z, origin}; }
-    [[nodiscard]] HomMatrix InBase() const { return {FromAxes(x, y, z), origin}; }
+    // d1 lifts the finished chain: it points along the base Z whatever the joints do.
+    [[nodiscard]] HomMatrix LiftedBy(double d1) const
+    {
+        return {FromAxes(x, y, z), origin + PackedVec3{0.0, 0.0, d1}};
+    }
 };
 
+// Walks along five links to frame 5. atJoint(i, frame) sees the frame that joint i + 1 turns.
+template <class AtJoint>
+MovingFrame WalkToFrame5(const SixAxisParams& params, const JointSines& deflected, AtJoint atJoint)
+{
+    MovingFrame frame = MovingFrame::TurnedBase(deflected[0]);
+    atJoint(0, frame);
+    frame.AlongLink(0.0, params.a1, params.alpha1);
+    atJoint(1, frame);
+    frame.Link(deflected[1], 0.0, params.a2, params.alpha2);
+    frame.RotateY(params.beta2);
+    atJoint(2, frame);
+    frame.Link(deflected[2], params.d3, params.a3, params.alpha3);
+    atJoint(3, frame);
+    frame.Link(deflected[3], params.d4, params.a4, params.alpha4);
+    atJoint(4, frame);
+    frame.Link(deflected[4], params.d5, params.a5, params.alpha5);
+    atJoint(5, frame);
+    return frame;
+}
+
+// The same to the flange, which is the result.
+template <class AtJoint>
+HomMatrix Walk(const SixAxisParams& params, const JointSines& deflected, AtJoint atJoint)
+{
+    MovingFrame frame = WalkToFrame5(params, deflected, atJoint);
+    frame.RotateZ(deflected[5]);
+    frame.TranslateZ(params.d6);
+    return frame.LiftedBy(params.d1);
+}
+
 // The forward operations do not report a deflection that is out of bounds: the arm then counts as rigid.
-Deflection DeflectionOrZero(const SixAxisParams& params, const SixAngles& q, const CombinedLoad& load)
+Deflection DeflectionOrZero(const SixAxisParams& params, const JointSines& q, const CombinedLoad& load)
 {
     Deflection deflection{};
     static_cast<void>(GravityDeflection(params, q, load, deflection));
@@ -73,51 +125,48 @@ Deflection DeflectionOrZero(const SixAxisParams& params, const SixAngles& q, con
 
 }  // namespace
 
-LinkChain WalkLinks(const SixAxisParams& params, const SixAngles& deflected)
+JointSines SinesOf(const SixAngles& q)
+{
+    return {SinCosOf(q[0]), SinCosOf(q[1] + kHalfPi), SinCosOf(q[2]),
+            SinCosOf(q[3]), SinCosOf(q[4]),           SinCosOf(q[5])};
+}
+
+HomMatrix BaseFromFlange(const SixAxisParams& params, const JointSines& deflected)
+{
+    return Walk(params, deflected, [](std::size_t, const MovingFrame&) {});
+}
+
+LinkChain WalkLinks(const SixAxisParams& params, const JointSines& deflected)
 {
     LinkChain chain{};
-    MovingFrame frame = MovingFrame::TurnedBase(SinCosOf(deflected[0]));
-
-    chain.joints[0] = frame.Axis();
-    frame.AlongLink(0.0, params.a1, params.alpha1);
-    chain.joints[1] = frame.Axis();
-    frame.Link(deflected[1] + kHalfPi, 0.0, params.a2, params.alpha2);
-    frame.RotateY(params.beta2);
-    chain.joints[2] = frame.Axis();
-    frame.Link(deflected[2], params.d3, params.a3, params.alpha3);
-    chain.joints[3] = frame.Axis();
-    frame.Link(deflected[3], params.d4, params.a4, params.alpha4);
-    chain.joints[4] = frame.Axis();
-    frame.Link(deflected[4], params.d5, params.a5, params.alpha5);
-    chain.joints[5] = frame.Axis();
-    chain.baseFromFrame5 = frame.InBase();
-
-    frame.RotateZ(SinCosOf(deflected[5]));
-    frame.TranslateZ(params.d6);
-    chain.baseFromFlange = frame.InBase();
-
-    // d1 lifts the finished chain behind joint 1: it points along the base Z whatever the joints do.
+    chain.baseFromFlange = Walk(params, deflected, [&](std::size_t joint, const MovingFrame& frame) {
+        chain.joints[joint] = {frame.z, frame.origin};
+    });
+    // What Walk does to the flange: joint 1 lies below the lift.
     for (std::size_t i = 1; i < chain.joints.size(); ++i) chain.joints[i].origin.z += params.d1;
-    chain.baseFromFrame5.t.z += params.d1;
-    chain.baseFromFlange.t.z += params.d1;
     return chain;
 }
 
-SixAngles Deflected(const SixAngles& q, const Deflection& deflection)
+JointSines Deflected(const JointSines& q, const Deflection& deflection)
 {
-    return {q[0], q[1] + deflection.q2, q[2] + deflection.q3, q[3], q[4] + deflection.q5, q[5]};
+    // A deflection is small: the bound of GravityDeflection lies far within the step of the series.
+    return {q[0], Advanced(q[1], deflection.q2), Advanced(q[2], deflection.q3),
+            q[3], Advanced(q[4], deflection.q5), q[5]};
 }
 
-Pose SixAxisToolPose(const SixAxisParams& params, const SixAngles& q, const ToolBlock& tool)
+LazyPose SixAxisToolPose(const SixAxisParams& params, const SixAngles& q, const ToolBlock& tool)
 {
-    const LinkChain chain = WalkLinks(params, Deflected(q, DeflectionOrZero(params, q, tool.load)));
-    return MatrixToPose(chain.baseFromFlange * PoseToMatrix(tool.frame));
+    const JointSines sines = SinesOf(q);
+    const JointSines bent = Deflected(sines, DeflectionOrZero(params, sines, tool.load));
+    return LazyPose(BaseFromFlange(params, bent) * PoseToMatrix(tool.frame));
 }
 
 Pose SixAxisFrame5Pose(const SixAxisParams& params, const SixAngles& q)
 {
-    const LinkChain chain = WalkLinks(params, Deflected(q, DeflectionOrZero(params, q, CombinedLoad{})));
-    return MatrixToPose(chain.baseFromFrame5);
+    const JointSines sines = SinesOf(q);
+    const JointSines bent = Deflected(sines, DeflectionOrZero(params, sines, CombinedLoad{}));
+    const MovingFrame frame5 = WalkToFrame5(params, bent, [](std::size_t, const MovingFrame&) {});
+    return MatrixToPose(frame5.LiftedBy(params.d1));
 }
 
 }  // namespace kine

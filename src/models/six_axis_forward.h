@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "math/transform.h"
+#include "math/lazy_pose.h"
 #include "models/arm_model.h"
 #include "models/six_axis_gravity.h"
 #include "models/six_axis_params.h"
@@ -17,22 +17,23 @@ struct JointAxis
     Vec3 origin;
 };
 
-// The full chain at one joint set: every joint's axis, frame 5 (after joint 5) and the flange.
+// The full chain at one joint set: every joint's axis, and the flange.
 struct LinkChain
 {
     std::array<JointAxis, 6> joints;
-    HomMatrix baseFromFrame5;
     HomMatrix baseFromFlange;
 };
 
-// Walks the chain at joint angles that already contain the deflection.
-LinkChain WalkLinks(const SixAxisParams& params, const SixAngles& deflected);
+JointSines SinesOf(const SixAngles& q);
 
-// q with the deflection added.
-SixAngles Deflected(const SixAngles& q, const Deflection& deflection);
+// Walks the chain at joint angles that already contain the deflection.
+LinkChain WalkLinks(const SixAxisParams& params, const JointSines& deflected);
+
+// The angles with the deflection added.
+JointSines Deflected(const JointSines& q, const Deflection& deflection);
 
 // Pose of the tool frame, with the arm bent by its weight and the load of the tool block.
-Pose SixAxisToolPose(const SixAxisParams& params, const SixAngles& q, const ToolBlock& tool);
+LazyPose SixAxisToolPose(const SixAxisParams& params, const SixAngles& q, const ToolBlock& tool);
 
 // Pose of frame 5, the arm bent by its own weight only. Joint 6 and d6 are not part of it, so this is not
 // SixAxisToolPose with a zero tool.

@@ -3,9 +3,11 @@
 // The torques are taken on the nominal arm (twists 90, 0, 90, -90, 90) in the frame that turns with joint
 // 1: X outward in the plane of the arm, Y up, Z across (the axis of joints 2 and 3), origin on joint 2.
 //
+// The frame of the wrist turns with joint 4 too: X along the forearm, Z along the axis of joint 5, origin
+// in the wrist centre.
+//
 // theta2: q2 + pi/2, the upper arm over the horizontal; A: theta2 + q3, the elbow offset over it; F: weight
-// of the payload, N; m[i]: motion of its centre of gravity per radian of joint i + 1; P: torques of F,
-// T: torques of the links, N mm.
+// of the payload, N; r: its centre of gravity seen from a joint, mm; torques in N mm.
 #include "models/six_axis_gravity.h"
 
 #include <cmath>
@@ -28,18 +30,16 @@ struct ArmAngles
     SinCos q1, theta2, a, q4, q5, q6;
 };
 
-ArmAngles ArmAnglesOf(const SixAngles& q)
-{
-    const double theta2 = q[1] + kHalfPi;
-    return {SinCosOf(q[0]), SinCosOf(theta2), SinCosOf(theta2 + q[2]),
-            SinCosOf(q[3]), SinCosOf(q[4]),   SinCosOf(q[5])};
-}
+ArmAngles ArmAnglesOf(const JointSines& q) { return {q[0], q[1], SumOf(q[1], q[2]), q[3], q[4], q[5]}; }
 
+// The payload as joints 2, 3 and 5 feel it.
 struct Payload
 {
-    Vec3 force;
-    std::array<Vec3, 6> axis;
-    std::array<Vec3, 6> m;
+    double x2, y2;    // joint 2 to the centre of gravity, in the plane of the arm
+    double x3, y3;    // joint 3 to it
+    Vec3 force;       // F in the frame of the arm
+    Vec3 fromWrist;   // wrist centre to the centre of gravity, in the frame of the wrist
+    Vec3 wristForce;  // F in the frame of the wrist
 };
 
 Vec3 WeightInArmPlane(const SixAxisParams& p, double mass, const SinCos& q1)
@@ -50,36 +50,43 @@ Vec3 WeightInArmPlane(const SixAxisParams& p, double mass, const SinCos& q1)
     return {q1.cos * inBase.x + q1.sin * inBase.y, inBase.z, q1.sin * inBase.x - q1.cos * inBase.y};
 }
 
+// A vector turned by an angle in the plane of two of its coordinates, u towards v.
+struct PlaneVec
+{
+    double u, v;
+};
+
+PlaneVec Turned(const SinCos& angle, double u, double v)
+{
+    return {angle.cos * u - angle.sin * v, angle.sin * u + angle.cos * v};
+}
+
 Payload PayloadOf(const SixAxisParams& p, const ArmAngles& s, const CombinedLoad& load)
 {
-    const Vec3 across{0.0, 0.0, 1.0};
-    const Vec3 up{0.0, 1.0, 0.0};
-
-    // Axes of the links: elbow offset, forearm, and the wrist turned by q4, q5 and q6.
-    const Vec3 upperArm{s.theta2.cos, s.theta2.sin, 0.0};
-    const Vec3 elbow{s.a.cos, s.a.sin, 0.0};
-    const Vec3 forearm{s.a.sin, -s.a.cos, 0.0};
-    const Vec3 x4 = Scale(s.q4.cos, elbow) + Scale(s.q4.sin, across);
-    const Vec3 axis5 = Scale(s.q4.cos, across) - Scale(s.q4.sin, elbow);
-    const Vec3 x5 = Scale(s.q5.cos, x4) - Scale(s.q5.sin, forearm);
-    const Vec3 approach = Scale(s.q5.sin, x4) + Scale(s.q5.cos, forearm);
-    const Vec3 x6 = Scale(s.q6.cos, x5) + Scale(s.q6.sin, axis5);
-    const Vec3 y6 = Scale(s.q6.cos, axis5) - Scale(s.q6.sin, x5);
-
-    // Centre of gravity seen from the wrist centre, from joint 3, from joint 2 and from joint 1.
-    const Vec3 fromWrist = Scale(kMillimetresPerMetre * load.centre.x, x6) +
-                           Scale(kMillimetresPerMetre * load.centre.y, y6) +
-                           Scale(p.d6 + kMillimetresPerMetre * load.centre.z, approach);
-    const Vec3 fromJoint3 = Scale(p.a3, elbow) + Scale(p.d4, forearm) + fromWrist;
-    const Vec3 fromJoint2 = Scale(p.a2, upperArm) + fromJoint3;
-    const Vec3 fromJoint1 = Vec3{p.a1, 0.0, 0.0} + fromJoint2;
+    // From the flange to the frame of the wrist: by q6 about the approach axis, then by q5.
+    const PlaneVec byQ6 =
+        Turned(s.q6, kMillimetresPerMetre * load.centre.x, kMillimetresPerMetre * load.centre.y);
+    const double approach = p.d6 + kMillimetresPerMetre * load.centre.z;
 
     Payload payload{};
+    payload.fromWrist = {s.q5.cos * approach - s.q5.sin * byQ6.u, s.q5.sin * approach + s.q5.cos * byQ6.u,
+                         byQ6.v};
+
+    // On to the forearm by q4, and to the plane of the arm by A.
+    const PlaneVec byQ4 = Turned(s.q4, payload.fromWrist.y, payload.fromWrist.z);
+    const double alongForearm = p.d4 + payload.fromWrist.x;
+    const double alongElbow = p.a3 + byQ4.u;
+    payload.x3 = s.a.cos * alongElbow + s.a.sin * alongForearm;
+    payload.y3 = s.a.sin * alongElbow - s.a.cos * alongForearm;
+    payload.x2 = p.a2 * s.theta2.cos + payload.x3;
+    payload.y2 = p.a2 * s.theta2.sin + payload.y3;
+
+    // The weight goes the other way.
     payload.force = WeightInArmPlane(p, load.mass, s.q1);
-    payload.axis = {up, across, across, forearm, axis5, approach};
-    payload.m = {CrossProduct(up, fromJoint1),     CrossProduct(across, fromJoint2),
-                 CrossProduct(across, fromJoint3), CrossProduct(forearm, fromWrist),
-                 CrossProduct(axis5, fromWrist),   CrossProduct(approach, fromWrist)};
+    const auto& [x, y, z] = payload.force;
+    const double elbowForce = s.a.cos * x + s.a.sin * y;
+    payload.wristForce = {s.a.sin * x - s.a.cos * y, s.q4.cos * elbowForce + s.q4.sin * z,
+                          s.q4.cos * z - s.q4.sin * elbowForce};
     return payload;
 }
 
@@ -87,6 +94,15 @@ struct Torques
 {
     double t2, t3, t5;
 };
+
+// Moments of F about the axes of joints 2 and 3 (Z of the arm) and of joint 5 (Z of the wrist).
+Torques PayloadTorques(const Payload& payload)
+{
+    const Vec3& r = payload.fromWrist;
+    const Vec3& f = payload.wristForce;
+    return {payload.x2 * payload.force.y - payload.y2 * payload.force.x,
+            payload.x3 * payload.force.y - payload.y3 * payload.force.x, r.x * f.y - r.y * f.x};
+}
 
 // The arm's own weight is tilted only through cos(mountX), which gs contains: mountY leaves it alone.
 Torques LinkTorques(const SixAxisParams& p, const ArmAngles& s)
@@ -107,10 +123,9 @@ bool IsWithinLimit(const Deflection& d)
 KineResult DeflectionOf(const SixAxisParams& p, const ArmAngles& s, const Payload& payload,
                         Deflection& deflection)
 {
-    const Torques t = LinkTorques(p, s);
-    const Deflection d{(Dot(payload.m[1], payload.force) - t.t2) * p.c2,
-                       (Dot(payload.m[2], payload.force) - t.t3) * p.c3,
-                       (Dot(payload.m[4], payload.force) + t.t5) * p.c5};
+    const Torques links = LinkTorques(p, s);
+    const Torques load = PayloadTorques(payload);
+    const Deflection d{(load.t2 - links.t2) * p.c2, (load.t3 - links.t3) * p.c3, (load.t5 + links.t5) * p.c5};
     if (!IsWithinLimit(d)) {
         deflection = {};
         return KINE_ERR_IK_1;
@@ -119,20 +134,39 @@ KineResult DeflectionOf(const SixAxisParams& p, const ArmAngles& s, const Payloa
     return KINE_OK;
 }
 
-// Derivative of the payload torque about joint i + 1 by angle j + 1: whichever of the two joints sits
-// nearer the base turns the motion that the other one causes.
-double PayloadTorqueBy(const Payload& payload, std::size_t i, std::size_t j)
-{
-    const Vec3 turned =
-        j <= i ? CrossProduct(payload.axis[j], payload.m[i]) : CrossProduct(payload.axis[i], payload.m[j]);
-    return Dot(turned, payload.force);
-}
-
-// Derivatives of the link torques by q2, q3, q4 and q5, at the same places as in SixAngles.
+// Derivatives of torques about joints 2, 3 and 5 by the six joint angles.
 struct TorqueGradients
 {
     SixAngles t2, t3, t5;
 };
+
+// By angle j + 1 the torque about joint i + 1 changes by F . (axis[a] x m[b]) = axis[a] . n[b], a the
+// smaller and b the larger of i and j, m[b] = axis[b] x r the motion of the centre of gravity, n[b] = m[b]
+// x F: whichever of the two joints sits nearer the base turns the motion that the other one causes. n2 and
+// n3 are needed in the frame of the arm, n4 to n6 in that of the wrist, where axis 4 is X, axis 5 is Z and
+// axis 6 lies in the XY plane at q5.
+TorqueGradients PayloadTorqueGradients(const ArmAngles& s, const Payload& payload)
+{
+    const Vec3& r = payload.fromWrist;
+    const Vec3& f = payload.wristForce;
+    const Vec3 n4{-r.z * f.z - r.y * f.y, r.y * f.x, r.z * f.x};
+    const Vec3 n5{r.x * f.z, r.y * f.z, -r.y * f.y - r.x * f.x};
+    const Vec3 m6{s.q5.sin * r.z, -s.q5.cos * r.z, s.q5.cos * r.y - s.q5.sin * r.x};
+    const Vec3 n6 = CrossProduct(m6, f);
+
+    // Z of the arm is the axis of joints 2 and 3, Y of the arm that of joint 1.
+    const auto armZ = [&s](const Vec3& n) { return s.q4.sin * n.y + s.q4.cos * n.z; };
+    const Vec3& w = payload.force;
+    const double n2Z = -(payload.x2 * w.x + payload.y2 * w.y);
+    const double n3Z = -(payload.x3 * w.x + payload.y3 * w.y);
+    const double n4Z = armZ(n4);
+    const double n5Z = armZ(n5);
+    const double n6Z = armZ(n6);
+    const double n5Y = s.a.sin * (s.q4.cos * n5.y - s.q4.sin * n5.z) - s.a.cos * n5.x;
+    return {{payload.y2 * w.z, n2Z, n3Z, n4Z, n5Z, n6Z},
+            {payload.y3 * w.z, n3Z, n3Z, n4Z, n5Z, n6Z},
+            {n5Y, n5Z, n5Z, n5.x, n5.z, n6.z}};
+}
 
 TorqueGradients LinkTorqueGradients(const SixAxisParams& p, const ArmAngles& s)
 {
@@ -153,26 +187,27 @@ TorqueGradients LinkTorqueGradients(const SixAxisParams& p, const ArmAngles& s)
 
 DeflectionGradient GradientOf(const SixAxisParams& p, const ArmAngles& s, const Payload& payload)
 {
-    const TorqueGradients t = LinkTorqueGradients(p, s);
+    const TorqueGradients links = LinkTorqueGradients(p, s);
+    const TorqueGradients load = PayloadTorqueGradients(s, payload);
     DeflectionGradient gradient{};
     for (std::size_t j = 0; j < 6; ++j) {
-        gradient.q2[j] = (PayloadTorqueBy(payload, 1, j) - t.t2[j]) * p.c2;
-        gradient.q3[j] = (PayloadTorqueBy(payload, 2, j) - t.t3[j]) * p.c3;
-        gradient.q5[j] = (PayloadTorqueBy(payload, 4, j) + t.t5[j]) * p.c5;
+        gradient.q2[j] = (load.t2[j] - links.t2[j]) * p.c2;
+        gradient.q3[j] = (load.t3[j] - links.t3[j]) * p.c3;
+        gradient.q5[j] = (load.t5[j] + links.t5[j]) * p.c5;
     }
     return gradient;
 }
 
 }  // namespace
 
-KineResult GravityDeflection(const SixAxisParams& params, const SixAngles& q, const CombinedLoad& load,
+KineResult GravityDeflection(const SixAxisParams& params, const JointSines& q, const CombinedLoad& load,
                              Deflection& deflection)
 {
     const ArmAngles s = ArmAnglesOf(q);
     return DeflectionOf(params, s, PayloadOf(params, s, load), deflection);
 }
 
-KineResult GravityDeflection(const SixAxisParams& params, const SixAngles& q, const CombinedLoad& load,
+KineResult GravityDeflection(const SixAxisParams& params, const JointSines& q, const CombinedLoad& load,
                              Deflection& deflection, DeflectionGradient& gradient)
 {
     const ArmAngles s = ArmAnglesOf(q);

@@ -21,11 +21,11 @@ struct DeflectionGradient
 
 // Deflection at joint angles q. KINE_ERR_IK_1 with a zero deflection when a joint would give way by 2
 // degrees or more (or by NaN): the model then counts as rigid.
-[[nodiscard]] KineResult GravityDeflection(const SixAxisParams& params, const SixAngles& q,
+[[nodiscard]] KineResult GravityDeflection(const SixAxisParams& params, const JointSines& q,
                                            const CombinedLoad& load, Deflection& deflection);
 
 // The same with the gradient; both are zero on failure.
-[[nodiscard]] KineResult GravityDeflection(const SixAxisParams& params, const SixAngles& q,
+[[nodiscard]] KineResult GravityDeflection(const SixAxisParams& params, const JointSines& q,
                                            const CombinedLoad& load, Deflection& deflection,
                                            DeflectionGradient& gradient);
 

@@ -71,16 +71,15 @@ double HalfTurnTowardZero(double angle) { return angle >= 0.0 ? angle - kPi : an
 
 // e as the rotation and translation that are still missing, seen from the current flange. The rotation is
 // read off the three elements of targetFromCurrent that a small rotation fills.
-std::array<double, 6> FlangeError(const RotMatrix& targetRotation, const Vec3& targetPosition,
-                                  const HomMatrix& current)
+std::array<double, 6> FlangeError(const HomMatrix& target, const HomMatrix& current)
 {
-    const Vec3 position = RotateBack(current.r, targetPosition - current.t);
+    const Vec3 position = RotateBack(current.r, target.t - current.t);
     return {position.x,
             position.y,
             position.z,
-            Dot(AxisY(targetRotation), AxisZ(current.r)),
-            Dot(AxisZ(targetRotation), AxisX(current.r)),
-            Dot(AxisX(targetRotation), AxisY(current.r))};
+            Dot(AxisY(target.r), AxisZ(current.r)),
+            Dot(AxisZ(target.r), AxisX(current.r)),
+            Dot(AxisX(target.r), AxisY(current.r))};
 }
 
 // Column i: velocity and angular velocity of the flange per radian of joint i + 1, in the flange frame, on
@@ -115,46 +114,44 @@ Matrix6 WithDeflection(const Matrix6& jacobian, const DeflectionGradient& gradie
     return result;
 }
 
-SixAngles Multiply(const Matrix6& m, const std::array<double, 6>& v)
-{
-    SixAngles result{};
-    for (std::size_t i = 0; i < 6; ++i) {
-        const double* row = m.m[i];
-        result[i] =
-            row[0] * v[0] + row[1] * v[1] + row[2] * v[2] + row[3] * v[3] + row[4] * v[4] + row[5] * v[5];
-    }
-    return result;
-}
-
 bool IsWithin(const SixAngles& correction, double limit)
 {
     return std::ranges::all_of(correction, [limit](double angle) { return std::fabs(angle) <= limit; });
 }
 
-// The Newton steps from the closed form's q.
-KineResult Refine(const SixAxisParams& params, const Pose& flange, const CombinedLoad& load, SixAngles& q)
+// Moves the joints by the correction, and their sines with them.
+void Advance(SixAngles& q, JointSines& sines, const SixAngles& correction)
 {
-    const RotMatrix targetRotation = EulerToRotMatrix(flange.a, flange.b, flange.c);
-    const Vec3 targetPosition{flange.x, flange.y, flange.z};
+    for (std::size_t i = 0; i < q.size(); ++i) q[i] += correction[i];
+    if (!IsWithin(correction, kMaxSeriesStep)) {
+        sines = SinesOf(q);
+        return;
+    }
+    for (std::size_t i = 0; i < q.size(); ++i) sines[i] = Advanced(sines[i], correction[i]);
+}
+
+// The Newton steps from the closed form's q.
+KineResult Refine(const SixAxisParams& params, const HomMatrix& flange, const CombinedLoad& load,
+                  SixAngles& q)
+{
+    JointSines sines = SinesOf(q);
 
     for (int step = 0; step < kNewtonSteps; ++step) {
         Deflection deflection{};
         DeflectionGradient gradient{};
         // Out of bounds the arm counts as rigid, as it does in the forward operations.
-        static_cast<void>(GravityDeflection(params, q, load, deflection, gradient));
-        const LinkChain chain = WalkLinks(params, Deflected(q, deflection));
-        const std::array<double, 6> e = FlangeError(targetRotation, targetPosition, chain.baseFromFlange);
+        static_cast<void>(GravityDeflection(params, sines, load, deflection, gradient));
+        const LinkChain chain = WalkLinks(params, Deflected(sines, deflection));
+        const std::array<double, 6> e = FlangeError(flange, chain.baseFromFlange);
 
-        Matrix6 inverse{};
-        if (Matrix6Inverse(inverse, WithDeflection(BodyJacobian(chain), gradient)) == 0.0) {
+        SixAngles correction{};
+        if (!Matrix6Solve(WithDeflection(BodyJacobian(chain), gradient), e, correction))
             return KINE_ERR_SINGULAR;
-        }
-        const SixAngles correction = Multiply(inverse, e);
         if (step == 0 && !IsWithin(correction, kMaxFirstCorrection)) return KINE_ERR_IK_9;
         if (step == kNewtonSteps - 1 && !IsWithin(correction, kMaxLastCorrection)) {
             return KINE_ERR_IK_ACCURACY;
         }
-        for (std::size_t i = 0; i < 6; ++i) q[i] += correction[i];
+        Advance(q, sines, correction);
     }
     // q is finite: a joint that is not makes the next Jacobian singular, and the last correction is small.
     return KINE_OK;
@@ -162,12 +159,12 @@ KineResult Refine(const SixAxisParams& params, const Pose& flange, const Combine
 
 }  // namespace
 
-KineResult ClosedFormIK(const SixAxisParams& params, const Pose& flange, const KineArmConfig& config,
+KineResult ClosedFormIK(const SixAxisParams& params, const HomMatrix& flange, const KineArmConfig& config,
                         std::array<double, 8>& axes)
 {
     const SixAxisParams& p = params;
-    const RotMatrix rot = EulerToRotMatrix(flange.a, flange.b, flange.c);
-    const Vec3 w{flange.x - p.d6 * rot.r02, flange.y - p.d6 * rot.r12, flange.z - p.d6 * rot.r22};
+    const RotMatrix& rot = flange.r;
+    const Vec3 w = flange.t - Scale(p.d6, AxisZ(rot));
     const double h = w.z - p.d1;
 
     // Joint 1. The shoulder margin is tested before the posture number.
@@ -248,14 +245,14 @@ KineResult SelectWristTurns(const KineArmConfig& config, SixAngles& q)
     return KINE_OK;
 }
 
-KineResult SixAxisInverse(const SixAxisParams& params, const Pose& target, const ToolBlock& tool,
+KineResult SixAxisInverse(const SixAxisParams& params, const LazyPose& target, const ToolBlock& tool,
                           const KineArmConfig& config, std::array<double, 8>& axes)
 {
     if (!IsTurnNumberServed(config.Cfg1) || !IsTurnNumberServed(config.Cfg2) ||
         !IsTurnNumberServed(config.Cfg3)) {
         return KINE_ERR_CONFIG;
     }
-    const Pose flange = MatrixToPose(PoseToMatrix(target) * MatrixInverse(PoseToMatrix(tool.frame)));
+    const HomMatrix flange = LazyPose(target.AsMatrix() * MatrixInverse(PoseToMatrix(tool.frame))).AsMatrix();
 
     std::array<double, 8> start{};
     if (const KineResult code = ClosedFormIK(params, flange, config, start)) return code;

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "KineDll.h"
-#include "math/transform.h"
+#include "math/lazy_pose.h"
 #include "models/arm_model.h"
 #include "models/six_axis_params.h"
 
@@ -15,7 +15,7 @@ namespace kine {
 //
 // Fails closed: a comparison with NaN counts as out of range. Codes in this order: KINE_ERR_IK_6,
 // KINE_ERR_CONFIG, KINE_ERR_IK_7, KINE_ERR_IK_8. Turn numbers must be served (quadrant.h).
-[[nodiscard]] KineResult ClosedFormIK(const SixAxisParams& params, const Pose& flange,
+[[nodiscard]] KineResult ClosedFormIK(const SixAxisParams& params, const HomMatrix& flange,
                                       const KineArmConfig& config, std::array<double, 8>& axes);
 
 // Brings axes 4 and 6 of a refined solution to their turns. KINE_ERR_IK_ACCURACY when the refinement
@@ -25,7 +25,7 @@ namespace kine {
 // Joints that bring the tool block's frame to target. Writes the eight axes, and only on success; they are
 // finite. Codes: KINE_ERR_CONFIG for a turn number that is not served, the closed form's, then
 // KINE_ERR_SINGULAR, KINE_ERR_IK_9 and KINE_ERR_IK_ACCURACY.
-[[nodiscard]] KineResult SixAxisInverse(const SixAxisParams& params, const Pose& target,
+[[nodiscard]] KineResult SixAxisInverse(const SixAxisParams& params, const LazyPose& target,
                                         const ToolBlock& tool, const KineArmConfig& config,
                                         std::array<double, 8>& axes);
 

@@ -22,7 +22,7 @@ KineResult SixAxisModel::InitModel(std::uint32_t armType, const KineKinematicPar
     return InitSixAxisParams(armType, param, params_);
 }
 
-Pose SixAxisModel::ForwardKinematics(Joints& joints, const ToolBlock& tool) const
+LazyPose SixAxisModel::ForwardKinematics(Joints& joints, const ToolBlock& tool) const
 {
     return SixAxisToolPose(params_, AnglesOf(joints), tool);
 }
@@ -51,7 +51,7 @@ void SixAxisModel::SetAxisLimits(const AxisLimits& limits)
     params_.lowerLimit = AnglesOf(limits.lower);
 }
 
-KineResult SixAxisModel::InverseKinematics(const Pose& target, const ToolBlock& tool,
+KineResult SixAxisModel::InverseKinematics(const LazyPose& target, const ToolBlock& tool,
                                            const KineArmConfig& config, Joints& joints) const
 {
     return SixAxisInverse(params_, target, tool, config, joints.axis);

@@ -10,12 +10,12 @@ class SixAxisModel final : public ArmModel
 {
 public:
     [[nodiscard]] KineResult InitModel(std::uint32_t armType, const KineKinematicParam* param) override;
-    [[nodiscard]] Pose ForwardKinematics(Joints& joints, const ToolBlock& tool) const override;
+    [[nodiscard]] LazyPose ForwardKinematics(Joints& joints, const ToolBlock& tool) const override;
     [[nodiscard]] Pose FlangePose(const Joints& joints) const override;
     [[nodiscard]] KineArmConfig GetArmConfig(Joints& joints) const override;
     void GetAxisLimits(AxisLimits& limits) const override;
     void SetAxisLimits(const AxisLimits& limits) override;
-    [[nodiscard]] KineResult InverseKinematics(const Pose& target, const ToolBlock& tool,
+    [[nodiscard]] KineResult InverseKinematics(const LazyPose& target, const ToolBlock& tool,
                                                const KineArmConfig& config, Joints& joints) const override;
     [[nodiscard]] std::uint32_t IsSingularity(const Joints& joints, std::uint32_t kind) const override;
 

@@ -12,6 +12,10 @@ namespace kine {
 // The six joint angles of the arm, in radians.
 using SixAngles = std::array<double, 6>;
 
+// Sines and cosines of the joint angles as the chain turns by them: of q2 + pi/2 for joint 2, of q for the
+// others.
+using JointSines = std::array<SinCos, 6>;
+
 struct SixAxisParams
 {
     // Nominal geometry.

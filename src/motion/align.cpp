@@ -78,7 +78,7 @@ bool IsDefined(const AlignRequest& request)
 }
 
 // Rotation of the carried frame in the reference frame of the mode; carriedInBase is its pose in the base.
-KineResult CarriedInReference(const Store& store, const AlignRequest& request, const Pose& carriedInBase,
+KineResult CarriedInReference(const Store& store, const AlignRequest& request, const LazyPose& carriedInBase,
                               RotMatrix& rotation)
 {
     PoseRecord inReference{};
@@ -92,8 +92,7 @@ KineResult CarriedInReference(const Store& store, const AlignRequest& request, c
         if (const KineResult code = FrameToWorld(store.mechUnits, inBase, store.mounting, inReference))
             return code;
     }
-    const Pose& frame = inReference.frame;
-    rotation = EulerToRotMatrix(frame.a, frame.b, frame.c);
+    rotation = inReference.frame.AsMatrix().r;
     return KINE_OK;
 }
 
@@ -146,7 +145,7 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
     static_cast<void>(FrameOnFlange(request.tool, request.wobj, block.frame));
     block.load = CombineLoad(request.tool.load, request.payload, block.frame);
 
-    Pose aligned{};
+    LazyPose aligned;
     if (const KineResult code = ForwardKinematics(store, request.current, block, aligned)) return code;
     if (!IsDefined(request)) return KINE_ERR_DIRECTION;
 
@@ -158,8 +157,7 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
     const bool isThroughFlange = request.mode == static_cast<std::int32_t>(AlignMode::kWobjThroughFlange);
     if (isWobjCarried && request.mode != static_cast<std::int32_t>(AlignMode::kWobj)) {
         // The flange takes the place of the work object; the load behind it stays.
-        const RotMatrix w =
-            EulerToRotMatrix(request.wobj.combined.a, request.wobj.combined.b, request.wobj.combined.c);
+        const RotMatrix w = CombinedFrame(request.wobj).AsMatrix().r;
         m = isThroughFlange ? Transpose(RotMultiply(w, carriedInReference)) : RotMultiply(w, m);
         block.frame = {};
         if (const KineResult code = ForwardKinematics(store, request.current, block, aligned)) return code;
@@ -169,9 +167,9 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
     // Seen from the held work object the reference turns the other way.
     if (IsHeld(request.wobj) && IsWobjMode(request.mode)) turn = Transpose(turn);
 
-    const HomMatrix t = PoseToMatrix(aligned);
+    const HomMatrix t = aligned.AsMatrix();
     const auto [a, b, c] = RotMatrixToEulerExact(RotMultiply(t.r, turn));
-    return SolveNearCurrent(store, {t.t.x, t.t.y, t.t.z, a, b, c}, block, request.current, target);
+    return SolveNearCurrent(store, Pose{t.t.x, t.t.y, t.t.z, a, b, c}, block, request.current, target);
 }
 
 }  // namespace kine

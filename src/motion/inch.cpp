@@ -93,7 +93,7 @@ KineResult JogInWobj(const Store& store, const InchRequest& request, std::int32_
     PoseRecord pose{};
     if (const KineResult code = JointToWobj(store, forward, pose)) return code;
 
-    const HomMatrix t = PoseToMatrix(pose.frame);
+    const HomMatrix t = pose.frame.AsMatrix();
     const HomMatrix s{AxisAngleMatrix(RotationAxis(request, n), request.rotationStep),
                       Scale(request.linearStep, LinearDirection(request))};
     const bool isWobjMode = request.mode == static_cast<std::int32_t>(InchMode::kWobj);
@@ -101,7 +101,7 @@ KineResult JogInWobj(const Store& store, const InchRequest& request, std::int32_
 
     // pose carries the configuration and the external axes of the current joints.
     pose.frame = PoseOf(moved.r, moved.t);
-    return WobjToJoint(store, {pose, request.tool, request.wobj, request.payload}, target);
+    return WobjToJoint(store, {request.tool, request.wobj, request.payload, pose}, target);
 }
 
 // The robot base in the world, as the external axes carry it.
@@ -111,7 +111,7 @@ KineResult WorldFromBase(const Store& store, const Joints& current, RotMatrix& r
     base.extAxis = current.extAxis;
     PoseRecord inWorld{};
     if (const KineResult code = FrameToWorld(store.mechUnits, base, store.mounting, inWorld)) return code;
-    rotation = EulerToRotMatrix(inWorld.frame.a, inWorld.frame.b, inWorld.frame.c);
+    rotation = inWorld.frame.AsMatrix().r;
     return KINE_OK;
 }
 
@@ -124,7 +124,7 @@ KineResult JogInBase(const Store& store, const InchRequest& request, std::int32_
     static_cast<void>(FrameOnFlange(request.tool, request.wobj, block.frame));
     block.load = CombineLoad(request.tool.load, request.payload, block.frame);
 
-    Pose current{};
+    LazyPose current;
     if (const KineResult code = ForwardKinematics(store, request.current, block, current)) return code;
 
     Vec3 direction = LinearDirection(request);
@@ -135,7 +135,7 @@ KineResult JogInBase(const Store& store, const InchRequest& request, std::int32_
         direction = Rotate(m, direction);
         axis = Rotate(m, axis);
     }
-    const HomMatrix t = PoseToMatrix(current);
+    const HomMatrix t = current.AsMatrix();
     const RotMatrix rotation = RotMultiply(AxisAngleMatrix(axis, request.rotationStep), t.r);
     const Pose moved = PoseOf(rotation, t.t + Scale(request.linearStep, direction));
 

@@ -44,8 +44,9 @@ TEST(ToRadians, pose_keeps_configuration_and_external_axes)
     pose.Cfg4 = std::numeric_limits<int32_t>::max();
     for (std::size_t i = 0; i < 6; ++i) pose.ExtAxis[i] = 100.0 + static_cast<double>(i);
     const PoseRecord record = ToRadians(pose);
-    EXPECT_EQ(record.frame.z, 13.0);
-    EXPECT_EQ(record.frame.c, 16.0 * kDegToRad);
+    const Pose frame = record.frame;
+    EXPECT_EQ(frame.z, 13.0);
+    EXPECT_EQ(frame.c, 16.0 * kDegToRad);
     EXPECT_EQ(record.config.Cfg1, pose.Cfg1);
     EXPECT_EQ(record.config.Cfg2, -2);
     EXPECT_EQ(record.config.Cfg3, 3);
@@ -113,7 +114,7 @@ TEST(ToRadians, work_object_with_fixed_user_frame)
     EXPECT_EQ(result.user.a, 14.0 * kDegToRad);
     EXPECT_EQ(result.object.z, 3.0);
     EXPECT_EQ(result.object.c, 66.0 * kDegToRad);
-    const Pose& p = result.combined;
+    const Pose p = CombinedFrame(result);
     EXPECT_TRUE(IsFrame({p.x, p.y, p.z, p.a * kRadToDeg, p.b * kRadToDeg, p.c * kRadToDeg},
                         MatrixOf(wobj.UFrame) * MatrixOf(wobj.OFrame)));
 }
@@ -133,7 +134,7 @@ TEST(ToRadians, work_object_with_any_other_user_frame_byte_has_a_zero_user_frame
              {result.user.x, result.user.y, result.user.z, result.user.a, result.user.b, result.user.c}) {
             EXPECT_EQ(value, 0.0);
         }
-        const Pose& p = result.combined;
+        const Pose p = CombinedFrame(result);
         EXPECT_TRUE(IsFrame({p.x, p.y, p.z, p.a * kRadToDeg, p.b * kRadToDeg, p.c * kRadToDeg},
                             MatrixOf(wobj.OFrame)));
     }
@@ -233,7 +234,7 @@ TEST(ToSlot, external_axis_angle_beyond_the_range_of_single_precision_stays_what
 TEST(ToDegrees, pose_scales_the_angles_only)
 {
     const PoseRecord record = {
-        {1.0, 2.0, 3.0, 0.4, -0.5, 0.6}, {-1, 2, -3, 4}, {5.0, 6.0, 7.0, 8.0, 9.0, 10.0}};
+        Pose{1.0, 2.0, 3.0, 0.4, -0.5, 0.6}, {-1, 2, -3, 4}, {5.0, 6.0, 7.0, 8.0, 9.0, 10.0}};
     const KinePose pose = ToDegrees(record);
     EXPECT_EQ(pose.Frame.X, 1.0);
     EXPECT_EQ(pose.Frame.Y, 2.0);

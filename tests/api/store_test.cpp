@@ -25,6 +25,17 @@ AxisLimits StoredLimits()
     return limits;
 }
 
+// The configurations at the limits that the store keeps are those of the limits it has stored.
+void ExpectLimitConfigsKept()
+{
+    const Store& store = Library();
+    const AxisLimits limits = StoredLimits();
+    LimitConfigs expected{};
+    EXPECT_EQ(GetArmConfig(store, limits.upper, expected.upper), KINE_OK);
+    EXPECT_EQ(GetArmConfig(store, limits.lower, expected.lower), KINE_OK);
+    EXPECT_TRUE(SameBits(store.limitConfigs, expected));
+}
+
 bool IsZero(const ExtAxisSlot& slot)
 {
     const ExtAxisSlot zero{};
@@ -52,7 +63,8 @@ void ExpectClearCell()
     for (const ExtAxisSlot& slot : store.mechUnits.extAxes) EXPECT_TRUE(IsZero(slot));
     EXPECT_EQ(store.mounting.mode, 2);
     EXPECT_EQ(store.mounting.unit, 0);
-    const Pose& frame = store.mounting.frame;
+    EXPECT_TRUE(store.mounting.frame.IsZero());
+    const Pose frame = store.mounting.frame;
     for (const double value : {frame.x, frame.y, frame.z, frame.a, frame.b, frame.c}) EXPECT_EQ(value, 0.0);
 }
 
@@ -142,6 +154,37 @@ TEST(Kine_SetAxisLimit, stores_radians_and_999_for_equal_or_inverted_pairs)
     }
 }
 
+// Whatever arm was there before, and whatever failed in between.
+TEST(Kine_SetAxisLimit, keeps_the_configurations_at_the_limits_of_the_arm_that_is_initialised)
+{
+    const KineKinematicParam params[] = {Scara(), Puma(), TiltedScara(), CalibratedWristArm()};
+    const uint32_t types[] = {KINE_ARM_FOUR_AXIS, KINE_ARM_SIX_AXIS, KINE_ARM_FOUR_AXIS_4110,
+                              KINE_ARM_SIX_AXIS};
+    const KineJoint upper = MakeJoints({170.0, 130.0, 45.0, 400.0, -1.0, 360.0});
+    const KineJoint lower = MakeJoints({-160.0, 90.0, -45.0, -190.0, 1.0, -800.0});
+    for (std::size_t first = 0; first < 4; ++first) {
+        for (std::size_t second = 0; second < 4; ++second) {
+            SCOPED_TRACE(testing::Message() << types[first] << " then " << types[second]);
+            ASSERT_EQ(Kine_InitKinematicParam(types[first], &params[first]), KINE_OK);
+            ExpectLimitConfigsKept();
+            EXPECT_EQ(Kine_SetAxisLimit(&upper, &lower), KINE_OK);
+            ExpectLimitConfigsKept();
+            // A refused call changes nothing.
+            EXPECT_EQ(Kine_SetAxisLimit(nullptr, &lower), KINE_ERR_JOINT);
+            EXPECT_EQ(Kine_SetAxisLimit(&upper, nullptr), KINE_ERR_JOINT);
+            ExpectLimitConfigsKept();
+            // Neither does one without an arm, after an initialisation that failed.
+            EXPECT_NE(Kine_InitKinematicParam(types[second], nullptr), KINE_OK);
+            EXPECT_EQ(Kine_SetAxisLimit(&lower, &upper), KINE_ERR_NOT_INITIALISED);
+
+            ASSERT_EQ(Kine_InitKinematicParam(types[second], &params[second]), KINE_OK);
+            ExpectLimitConfigsKept();
+            EXPECT_EQ(Kine_SetAxisLimit(&lower, &upper), KINE_OK);
+            ExpectLimitConfigsKept();
+        }
+    }
+}
+
 TEST(Kine_SetMechUnitParam, fills_the_slot_of_its_index_only)
 {
     for (int index = 0; index < 3; ++index) {
@@ -175,6 +218,7 @@ TEST(Kine_SetMechUnitParam, mounting_block_follows_the_unit_at_index_0)
     StoreUnit(0, fixed);
     EXPECT_EQ(Library().mounting.mode, 2);
     EXPECT_EQ(Library().mounting.unit, 0);
+    EXPECT_TRUE(Library().mounting.frame.IsZero());
 }
 
 TEST(Kine_SetExtAxisParam, fills_the_slot_of_its_index_only)

@@ -34,7 +34,7 @@ std::array<PoseRecord, 3> TaughtAt(const Marks& marks)
 {
     std::array<PoseRecord, 3> taught{};
     for (std::size_t i = 0; i < 3; ++i) {
-        taught[i].frame = {marks[i].x, marks[i].y, marks[i].z, 0.4, 0.5, 0.6};
+        taught[i].frame = Pose{marks[i].x, marks[i].y, marks[i].z, 0.4, 0.5, 0.6};
         for (std::size_t axis = 0; axis < 6; ++axis) {
             taught[i].extAxis[axis] = 30.0 * static_cast<double>(axis) + 100.0 * static_cast<double>(i);
         }

@@ -45,7 +45,7 @@ std::array<PoseRecord, 3> InWorld(std::int32_t kind)
         const double secondValue = 25.0 - 70.0 * static_cast<double>(i);
         const Mat4 world = NaiveUnit(kind, MatrixOf(kFirst), MatrixOf(kSecond), firstValues[i], secondValue) *
                            Shift(kOnUnit[i].x, kOnUnit[i].y, kOnUnit[i].z);
-        taught[i].frame = {world[0][3], world[1][3], world[2][3], 0.3, -0.2, 0.1};
+        taught[i].frame = Pose{world[0][3], world[1][3], world[2][3], 0.3, -0.2, 0.1};
         taught[i].extAxis = {firstValues[i], secondValue, 1e6, 1e6, 1e6, 1e6};
     }
     return taught;

@@ -139,7 +139,7 @@ TEST(JointToFlange, held_tool_gives_the_bits_of_its_frame)
         request.joints.axis[0] = axis1;
         PoseRecord answer = Untouched<PoseRecord>();
         EXPECT_EQ(JointToFlange(store, request, answer), 0u);
-        EXPECT_TRUE(SameBits(answer.frame, odd));
+        EXPECT_TRUE(SameBits(answer.frame.AsPose(), odd));
         EXPECT_TRUE(SameBits(answer.extAxis, kNoExtAxis));
         // 0, 0.7 and -3 rad: quarter turns 0, 0 and -1.91 - 1.
         EXPECT_EQ(answer.config.Cfg1, axis1 < 0.0 ? -2 : 0);
@@ -225,7 +225,7 @@ TEST_F(SaggingArm, payload_at_the_flange_bends_the_arm)
     const double q2 = -2.352e-4;
     const double q3 = -4.704e-4;
     const double q5 = -7840.0 / 3e7;
-    EXPECT_NEAR(answer.frame.z,
+    EXPECT_NEAR(answer.frame.AsPose().z,
                 300.0 + 500.0 * std::cos(q2) + 400.0 * std::sin(q2 + q3) + 50.0 * std::cos(q2 + q3) +
                     80.0 * std::sin(q2 + q3 + q5),
                 1e-9);
@@ -296,7 +296,7 @@ TEST(JointToVision, does_not_depend_on_joint_six)
     EXPECT_EQ(JointToVision(store, joints, first), 0u);
     joints.axis[5] = 1.3;
     EXPECT_EQ(JointToVision(store, joints, second), 0u);
-    EXPECT_TRUE(SameBits(first.frame, second.frame));
+    EXPECT_TRUE(SamePoseBits(first.frame, second.frame));
     EXPECT_EQ(first.config.Cfg3, 2);
     EXPECT_EQ(second.config.Cfg3, 0);
 }

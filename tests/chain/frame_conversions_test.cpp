@@ -81,11 +81,21 @@ TEST(frame_conversions, to_and_from_work_objects_agree_with_plain_matrices)
 
 TEST(frame_conversions, read_the_combined_frame_only)
 {
-    Wobj wobj = MakeWobj(1, {1.0, 2.0, 3.0, 0.1, 0.2, 0.3}, {4.0, 5.0, 6.0, 0.4, 0.5, 0.6});
+    const Pose user{1.0, 2.0, 3.0, 0.1, 0.2, 0.3};
+    const Pose object{4.0, 5.0, 6.0, 0.4, 0.5, 0.6};
     const PoseRecord record = Record({7.0, 8.0, 9.0, 0.7, 0.8, 0.9});
-    const PoseRecord expected = WorldToHeldWobj(record, wobj, kBaseFrame);
-    wobj.user = wobj.object = {kNan, kNan, kNan, kNan, kNan, kNan};
-    EXPECT_TRUE(SameBits(WorldToHeldWobj(record, wobj, kBaseFrame), expected));
+    const Mat4 combined = MatrixOf(user) * MatrixOf(object);
+    const Mat4 expected = RigidInverse(MatrixOf(kBaseFrame) * combined) * MatrixOf(record.frame);
+    // However the same product is divided between the two frames, and whatever else the record holds.
+    for (const auto& [first, second] : {std::pair{user, object}, std::pair{PoseOf(combined), Pose{}},
+                                        std::pair{Pose{}, PoseOf(combined)}}) {
+        Wobj wobj = MakeWobj(1, first, second);
+        for (const int byte : {0, 1, 255}) {
+            wobj.userFixed = static_cast<std::uint8_t>(byte);
+            wobj.mechUnit = -byte;
+            ExpectResult(WorldToHeldWobj(record, wobj, Pose{kBaseFrame}), record, expected);
+        }
+    }
 }
 
 TEST(OffsetInOwnFrame, is_the_product_of_frames)
@@ -104,10 +114,10 @@ TEST(OffsetInReference, adds_positions_and_turns_in_place)
     SeededRandom random(583);
     for (int i = 0; i < 1000; ++i) {
         SCOPED_TRACE(i);
-        const PoseRecord record = Record(RandomPose(random, 1000.0));
+        const Pose pose = RandomPose(random, 1000.0);
+        const PoseRecord record = Record(pose);
         const Pose offset = RandomPose(random, 1000.0);
-        const Mat4 position =
-            Shift(record.frame.x + offset.x, record.frame.y + offset.y, record.frame.z + offset.z);
+        const Mat4 position = Shift(pose.x + offset.x, pose.y + offset.y, pose.z + offset.z);
         ExpectResult(OffsetInReference(record, offset), record,
                      position * RotationOf(MatrixOf(offset)) * RotationOf(MatrixOf(record.frame)));
     }
@@ -120,7 +130,7 @@ TEST(CoordinateToWobj, other_modes_keep_every_bit)
     for (const std::int32_t mode : {0, 1, 2, -3, 255, std::numeric_limits<std::int32_t>::min(),
                                     std::numeric_limits<std::int32_t>::max()}) {
         const PoseRecord result = Converted(store, mode, record, MakeTool(1, {}), MakeWobj(1, {}));
-        EXPECT_TRUE(SameBits(result, record)) << mode;
+        EXPECT_TRUE(SameRecordBits(result, record)) << mode;
     }
 }
 

@@ -28,7 +28,7 @@ constexpr Pose kFrame{5.0, 6.0, 7.0, 0.8, 0.9, -1.0};
 PoseRecord SomeRecord()
 {
     PoseRecord record{};
-    record.frame = {12.0, -34.0, 56.0, 2.0, 0.5, -1.5};
+    record.frame = Pose{12.0, -34.0, 56.0, 2.0, 0.5, -1.5};
     record.config = {kMin, -1, 7, kMax};
     record.extAxis = {15.0, -20.0, 300.0, 45.0, 400.0, -75.0};
     return record;

@@ -28,10 +28,10 @@ InverseRequest GoodRequest()
     const Pose toolFrame = CarriedFrame(kPlan);
     const Mat4 target = RigidInverse(WorldFromWobj(kPlan, kWobjFrame)) * WorldFromBase(kPlan) *
                         BaseFromFlange(kPlan) * MatrixOf(toolFrame);
-    return {{PoseOf(target), CellConfig(kPlan), kExtAxis},
-            MakeTool(1, toolFrame),
+    return {MakeTool(1, toolFrame),
             CellWobj(kPlan, kWobjFrame),
-            {}};
+            {},
+            {PoseOf(target), CellConfig(kPlan), kExtAxis}};
 }
 
 InverseRequest StationaryToolRequest()
@@ -45,7 +45,7 @@ InverseRequest StationaryToolRequest()
 // A target in the base of an arm at the origin, with neither tool frame nor work object.
 InverseRequest TargetInBase(const Pose& target, const KineArmConfig& config)
 {
-    return {{target, config, {}}, MakeTool(1, {}), MakeWobj(0, {}), {}};
+    return {MakeTool(1, {}), MakeWobj(0, {}), {}, {target, config, {}}};
 }
 
 void ExpectFailure(const Store& store, const InverseRequest& request, KineResult code,
@@ -113,12 +113,15 @@ TEST(WobjToJoint, configuration_beyond_the_limits_fails_silently)
 TEST(WobjToJoint, configuration_check_does_not_look_at_the_frame)
 {
     InverseRequest request = GoodRequest();
-    request.target.frame.a += 4.0 * kHalfTurn;
+    Pose frame = request.target.frame;
+    frame.a += 4.0 * kHalfTurn;
+    request.target.frame = frame;
     Joints joints{};
     EXPECT_EQ(WobjToJoint(MakeCell(kPlan), request, joints), 0u);
     EXPECT_NEAR(joints.axis[0], kAxes[0], 1e-9);
 
-    request.target.frame.x = kNan;
+    frame.x = kNan;
+    request.target.frame = frame;
     ExpectFailure(MakeCell(kPlan), request, 0x6096u, "IK error 5:24726\n");
 }
 

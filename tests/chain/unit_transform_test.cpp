@@ -39,7 +39,7 @@ void ExpectPose(const Pose& actual, const Pose& expected)
 void ExpectPlaced(const MechUnitSlot& unit, const std::array<double, 6>& extAxis, const Pose& expected)
 {
     PoseRecord record{};
-    record.frame.x = 10.0;
+    record.frame = Pose{10.0, 0.0, 0.0, 0.0, 0.0, 0.0};
     record.extAxis = extAxis;
     PoseRecord world{};
     ASSERT_EQ(FrameToWorld(OneUnit(unit), record, {3, 0, {}}, world), 0u);

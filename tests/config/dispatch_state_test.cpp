@@ -69,8 +69,10 @@ AxisLimits MixedLimits()
 void ExpectNoResult(const Store& store, KineResult code, KineResult configCode)
 {
     const Joints joints = SingularJoints();
+    LazyPose tip = Untouched<LazyPose>();
+    EXPECT_EQ(ForwardKinematics(store, joints, ToolBlock{}, tip), code);
+    EXPECT_TRUE(IsUntouched(tip));
     Pose pose = Untouched<Pose>();
-    EXPECT_EQ(ForwardKinematics(store, joints, ToolBlock{}, pose), code);
     EXPECT_EQ(FlangePose(store, joints, pose), code);
     EXPECT_TRUE(IsUntouched(pose));
 
@@ -196,7 +198,7 @@ TEST(InitModel, unknown_type_is_refused_in_every_state_and_changes_nothing)
 
             // The wrist arm is still there: its flange at rest.
             store.arm = {kSix, 2, 6};
-            Pose pose{};
+            LazyPose pose;
             EXPECT_EQ(ForwardKinematics(store, Joints{}, ToolBlock{}, pose), 0u);
             EXPECT_TRUE(PoseIs(pose, NaiveSixAxisChain(WristArm().SixAxis, std::array<double, 6>{}).flange));
         }

@@ -68,7 +68,7 @@ TEST(ForwardKinematics, reaches_the_model_of_the_type_and_leaves_the_joints_alon
     for (const std::int32_t type : {kFour, kSix, k4110}) {
         const Store store = ThreeArms(type);
         const Joints joints = SomeJoints();
-        Pose pose{};
+        LazyPose pose;
         EXPECT_EQ(ForwardKinematics(store, joints, kTool, pose), 0u);
         EXPECT_TRUE(PoseIs(pose, ExpectedFlange(type, joints) * MatrixOf(kTool.frame))) << type;
         EXPECT_TRUE(SameBits(joints, SomeJoints()));

@@ -33,7 +33,7 @@ TEST(FourAxis4110, parameters_and_limits_are_its_own)
     type4110.GetAxisLimits(read);
     EXPECT_EQ(read.upper.axis[0], 0.0);
     Joints q = JointsOf(0, 0, 0, 0);
-    EXPECT_EQ(type4.ForwardKinematics(q, {}).z, 80.0);
+    EXPECT_EQ(type4.ForwardKinematics(q, {}).AsPose().z, 80.0);
 }
 
 TEST(FourAxis4110, forward_adds_half_a_turn_to_axis_2_of_the_given_record)
@@ -264,7 +264,7 @@ TEST(FourAxis4110, solved_turns_of_axis_2)
         ASSERT_EQ(SolveElbow(60.0, {1, 0, c.cfg3, 0}, solved), KINE_OK) << c.cfg3;
         EXPECT_NEAR(InDegrees(solved.axis[1]), c.axis2Deg, 1e-9) << c.cfg3;
         Joints again = solved;
-        EXPECT_NEAR(ModelOf({}).ForwardKinematics(again, {}).x, 425.0 + 187.5, 1e-9);
+        EXPECT_NEAR(ModelOf({}).ForwardKinematics(again, {}).AsPose().x, 425.0 + 187.5, 1e-9);
     }
 }
 
@@ -288,7 +288,7 @@ TEST(FourAxis4110, each_used_turn_number_beyond_a_million_is_0x6090)
         for (const KineArmConfig& config :
              {KineArmConfig{1, bad, 0, 0}, KineArmConfig{1, 0, bad, 0}, KineArmConfig{1, 0, 0, bad}}) {
             Joints joints = MarkedJoints();
-            EXPECT_EQ(model.InverseKinematics({500, 0, 0, 0, 0, 0}, {}, config, joints), KINE_ERR_CONFIG);
+            EXPECT_EQ(model.InverseKinematics(Pose{500, 0, 0, 0, 0, 0}, {}, config, joints), KINE_ERR_CONFIG);
             EXPECT_EQ(model.InverseKinematics(far, {}, config, joints), KINE_ERR_CONFIG);
             EXPECT_TRUE(AreMarked(joints));
         }
@@ -299,10 +299,12 @@ TEST(FourAxis4110, codes_come_in_order)
 {
     Joints joints = MarkedJoints();
     const FourAxis4110Model model = ModelOf({});
-    EXPECT_EQ(model.InverseKinematics({9000, 0, 0, 0, 0, 0}, {}, {0, 0, 0, 0}, joints), KINE_ERR_CONFIG);
-    EXPECT_EQ(model.InverseKinematics({9000, 0, 0, 0, 0, 0}, {}, {1, 0, 0, 0}, joints), KINE_ERR_IK_REACH);
-    EXPECT_EQ(model.InverseKinematics({800, 0, 0, 0, 0, 0}, {}, {2, 0, 0, 0}, joints), KINE_ERR_CONFIG);
-    EXPECT_EQ(model.InverseKinematics({800, 0, 0, 0, 0, 0}, {}, {1, 0, 0, 0}, joints), KINE_ERR_IK_SINGULAR);
+    EXPECT_EQ(model.InverseKinematics(Pose{9000, 0, 0, 0, 0, 0}, {}, {0, 0, 0, 0}, joints), KINE_ERR_CONFIG);
+    EXPECT_EQ(model.InverseKinematics(Pose{9000, 0, 0, 0, 0, 0}, {}, {1, 0, 0, 0}, joints),
+              KINE_ERR_IK_REACH);
+    EXPECT_EQ(model.InverseKinematics(Pose{800, 0, 0, 0, 0, 0}, {}, {2, 0, 0, 0}, joints), KINE_ERR_CONFIG);
+    EXPECT_EQ(model.InverseKinematics(Pose{800, 0, 0, 0, 0, 0}, {}, {1, 0, 0, 0}, joints),
+              KINE_ERR_IK_SINGULAR);
     EXPECT_TRUE(AreMarked(joints));
 }
 

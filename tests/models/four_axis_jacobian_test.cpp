@@ -37,6 +37,12 @@ struct Case
     Pose tool;
 };
 
+Matrix4 JacobianOf(const Case& c)
+{
+    const FourAxisParams params = BlockOf(c.arm);
+    return FourAxisJacobian(params, StateOf(params, c.q, c.tool));
+}
+
 Case RandomCase(SeededRandom& random)
 {
     Case c;
@@ -58,7 +64,7 @@ TEST(FourAxisJacobian, every_entry_is_the_derivative)
     for (int i = 0; i < 300; ++i) {
         SCOPED_TRACE(i);
         const Case c = RandomCase(random);
-        const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
+        const Matrix4 jacobian = JacobianOf(c);
         for (std::size_t axis = 0; axis < 4; ++axis) {
             const auto expected = ComplexStep(c.arm, c.q, c.tool, axis);
             for (std::size_t row = 0; row < 4; ++row)
@@ -73,7 +79,7 @@ TEST(FourAxisJacobian, height_by_axis_1_and_heading_by_axis_3_are_exactly_zero)
     SeededRandom random(32);
     for (int i = 0; i < 100; ++i) {
         const Case c = RandomCase(random);
-        const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
+        const Matrix4 jacobian = JacobianOf(c);
         EXPECT_EQ(jacobian.m[2][0], 0.0);
         EXPECT_EQ(jacobian.m[3][2], 0.0);
     }
@@ -84,7 +90,7 @@ TEST(FourAxisJacobian, axis_3_moves_along_the_screw_by_the_lead_per_turn)
     SeededRandom random(33);
     for (int i = 0; i < 50; ++i) {
         const Case c = RandomCase(random);
-        const Matrix4 jacobian = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
+        const Matrix4 jacobian = JacobianOf(c);
         const auto naive = NaiveForward<double>(c.arm, c.q, c.tool);
         for (std::size_t row = 0; row < 3; ++row)
             EXPECT_NEAR(jacobian.m[row][2], naive.forearm[row][2] * c.arm.lead / (2 * InRadians(180.0)),
@@ -97,7 +103,7 @@ TEST(FourAxisJacobian, of_a_plane_arm_by_hand)
     // q1 = 0, q2 = 90 degrees: the tool point at (425 - ty, 375 + tx) with q4 = 0 and tool (tx, ty) turned
     // by 90.
     const Pose tool{20.0, 5.0, 1.0, 0.0, 0.0, 0.0};
-    const Matrix4 j = FourAxisJacobian(BlockOf({}), {0.0, InRadians(90.0), 0.0, 0.0}, tool);
+    const Matrix4 j = JacobianOf({{}, {0.0, InRadians(90.0), 0.0, 0.0}, tool});
     const double expected[4][4] = {{-395.0, -395.0, 0.0, -20.0},
                                    {420.0, -5.0, 0.0, -5.0},
                                    {0.0, 0.0, 25.0 / (2 * InRadians(180.0)), 0.0},
@@ -162,7 +168,7 @@ TEST(Jacobian4Inverse, of_a_jacobian_times_it_is_the_identity)
         SCOPED_TRACE(i);
         Case c = RandomCase(random);
         c.q[1] = random.Uniform(0.3, 2.8);
-        const Matrix4 j = FourAxisJacobian(BlockOf(c.arm), c.q, c.tool);
+        const Matrix4 j = JacobianOf(c);
         Matrix4 inverse{};
         ASSERT_EQ(Jacobian4Inverse(j, inverse), KINE_OK);
         for (std::size_t r = 0; r < 4; ++r) {

@@ -30,7 +30,7 @@ TEST(FourAxisModel, a_refused_init_of_a_foreign_type_keeps_the_arm)
     const KineKinematicParam param = ParamOf(other);
     EXPECT_EQ(model.InitModel(4110, &param), KINE_ERR_MODEL_PARAM);
     Joints q = JointsOf(0, 0, 0, 0);
-    EXPECT_EQ(model.ForwardKinematics(q, {}).x, 800.0);
+    EXPECT_EQ(model.ForwardKinematics(q, {}).AsPose().x, 800.0);
 }
 
 TEST(FourAxisModel, forward_reads_the_first_four_axes_and_changes_none)
@@ -112,7 +112,7 @@ TEST(FourAxisModel, both_postures_of_a_position)
     const double reach = 400.0 * std::sqrt(2.0);
     for (const std::int32_t side : {1, -1}) {
         Joints q{};
-        ASSERT_EQ(model.InverseKinematics({reach, 0, 80.0 + 12.5, 0.3, 0, 0}, {}, {side, 0, 0, 0}, q),
+        ASSERT_EQ(model.InverseKinematics(Pose{reach, 0, 80.0 + 12.5, 0.3, 0, 0}, {}, {side, 0, 0, 0}, q),
                   KINE_OK);
         EXPECT_NEAR(q.axis[0], -side * kHalfTurn / 4, 1e-12);
         EXPECT_NEAR(q.axis[1], side * kHalfTurn / 2, 1e-12);
@@ -125,7 +125,7 @@ TEST(FourAxisModel, a_solution_writes_eight_axes_and_no_external_axis)
 {
     const FourAxisModel model = ModelOf({});
     Joints q = MarkedJoints();
-    ASSERT_EQ(model.InverseKinematics({500, 200, 0, 0, 0, 0}, {}, {1, 0, 0, 0}, q), KINE_OK);
+    ASSERT_EQ(model.InverseKinematics(Pose{500, 200, 0, 0, 0, 0}, {}, {1, 0, 0, 0}, q), KINE_OK);
     for (std::size_t i = 4; i < 8; ++i) EXPECT_EQ(q.axis[i], 0.0);
     EXPECT_EQ(q.extAxis, MarkedJoints().extAxis);
 }
@@ -217,8 +217,8 @@ TEST(FourAxisModel, of_the_target_only_position_and_a_count)
 {
     const FourAxisModel model = ModelOf(SteepArm());
     Joints plain{}, other{};
-    ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, 0, 0}, {}, {1, 0, 0, 0}, plain), KINE_OK);
-    ASSERT_EQ(model.InverseKinematics({500, 200, 30, 0.7, kNan, 2.0}, {}, {1, 0, 0, 0}, other), KINE_OK);
+    ASSERT_EQ(model.InverseKinematics(Pose{500, 200, 30, 0.7, 0, 0}, {}, {1, 0, 0, 0}, plain), KINE_OK);
+    ASSERT_EQ(model.InverseKinematics(Pose{500, 200, 30, 0.7, kNan, 2.0}, {}, {1, 0, 0, 0}, other), KINE_OK);
     EXPECT_EQ(plain.axis, other.axis);
 }
 

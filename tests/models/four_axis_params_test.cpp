@@ -7,7 +7,9 @@
 #include <cstring>
 
 #include "support/guarded_memory.h"
+#include "support/math_compare.h"
 #include "support/naive_four_axis.h"
+#include "support/naive_transform.h"
 #include "support/numbers.h"
 
 namespace kine::test {
@@ -51,13 +53,9 @@ TEST(FourAxisParams, every_length_comes_from_its_offset)
     EXPECT_EQ(params.l2, 12.0);
     EXPECT_EQ(params.z0, 13.0);
     EXPECT_EQ(params.lead, 14.0);
-    // Tilts about X of link 1 and 2, then about Y of link 1 and 2.
-    const SinCos* stored[4] = {&params.alpha1, &params.alpha2, &params.beta1, &params.beta2};
-    for (int i = 0; i < 4; ++i) {
-        const double angle = InRadians(15.0 + i);
-        EXPECT_NEAR(stored[i]->cos, std::cos(angle), 1e-15);
-        EXPECT_NEAR(stored[i]->sin, std::sin(angle), 1e-15);
-    }
+    // Tilts about X of link 1 and 2, then about Y of link 1 and 2: about X first.
+    ExpectNear(params.tilt1, ToHom(TurnXDeg(15.0) * TurnYDeg(17.0)).r, 1e-15);
+    ExpectNear(params.tilt2, ToHom(TurnXDeg(16.0) * TurnYDeg(18.0)).r, 1e-15);
 }
 
 TEST(FourAxisParams, limits_are_zero_after_init)

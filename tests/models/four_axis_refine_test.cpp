@@ -22,13 +22,13 @@ TEST(FourAxisRefine, a_tilted_arm_meets_its_target_from_the_seed_of_the_straight
         const FourAngles known{random.Uniform(-3, 3), elbow, random.Uniform(-30, 30), 0.2 - elbow};
         const Pose tool{
             random.Uniform(-60, 60), random.Uniform(-60, 60), 20.0, random.Uniform(-0.5, 0.5), 0.0, 0.0};
-        const Pose target = FourAxisToolPose(params, known, tool);
+        const Pose target = ToolPoseOf(params, known, tool);
         if (std::fabs(target.a) > 2.9) continue;
         FourAxisSeed seed{};
         ASSERT_EQ(FourAxisClosedForm(params, target, tool, elbow > 0 ? 1 : -1, seed), KINE_OK);
         FourAngles q{seed.q1, seed.elbow, seed.q3, seed.q4};
         ASSERT_EQ(FourAxisRefine(params, target, tool, q), KINE_OK);
-        const Pose reached = FourAxisToolPose(params, q, tool);
+        const Pose reached = ToolPoseOf(params, q, tool);
         // Strictly below 1e-12 in the sum of squares.
         const double square = std::pow(target.x - reached.x, 2) + std::pow(target.y - reached.y, 2) +
                               std::pow(target.z - reached.z, 2) + std::pow(target.a - reached.a, 2);
@@ -49,7 +49,7 @@ FourAngles RefinedByLift(double dz)
 {
     const FourAxisParams params = LevelArm();
     FourAngles q{0.3, 0.9, 0.0, 0.4};
-    Pose target = FourAxisToolPose(params, q, {});
+    Pose target = ToolPoseOf(params, q, {});
     EXPECT_EQ(target.z, 0.0);
     target.z = dz;
     EXPECT_EQ(FourAxisRefine(params, target, {}, q), KINE_OK);
@@ -80,7 +80,7 @@ TEST(FourAxisRefine, millimetres_and_radians_are_added_as_they_are)
     // 0.8e-6 mm alone or 0.8e-6 rad alone is met, both together are not: 1.28e-12.
     const FourAxisParams params = LevelArm();
     const FourAngles start{0.3, 0.9, 0.0, 0.4};
-    const Pose pose = FourAxisToolPose(params, start, {});
+    const Pose pose = ToolPoseOf(params, start, {});
     const auto refined = [&](double dz, double da) {
         FourAngles q = start;
         EXPECT_EQ(FourAxisRefine(params, {pose.x, pose.y, dz, pose.a + da, 0.0, 0.0}, {}, q), KINE_OK);
@@ -97,7 +97,7 @@ TEST(FourAxisRefine, the_heading_error_is_the_raw_difference_and_the_steps_are_f
     // Without tilts and tool offset nothing else moves.
     const FourAxisParams params = LevelArm();
     const FourAngles start{0.3, 0.9, 0.0, 0.4};
-    Pose target = FourAxisToolPose(params, start, {});
+    Pose target = ToolPoseOf(params, start, {});
     for (const double turn : {1.0, -1.0}) {
         FourAngles q = start;
         Pose beyond = target;
@@ -115,7 +115,7 @@ TEST(FourAxisRefine, not_meeting_the_target_is_no_error)
     const FourAxisParams params = LevelArm();
     FourAngles q{0.3, 0.9, 0.0, 0.4};
     EXPECT_EQ(FourAxisRefine(params, {5000.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {}, q), KINE_OK);
-    EXPECT_GT(std::fabs(FourAxisToolPose(params, q, {}).x - 5000.0), 1.0);
+    EXPECT_GT(std::fabs(ToolPoseOf(params, q, {}).x - 5000.0), 1.0);
 }
 
 TEST(FourAxisRefine, a_singular_jacobian_is_0x6095)
@@ -146,7 +146,7 @@ TEST(FourAxisRefine, a_target_already_met_needs_no_jacobian)
 {
     const FourAxisParams params = LevelArm();
     FourAngles q{0.3, 0.0, 0.0, 0.4};
-    EXPECT_EQ(FourAxisRefine(params, FourAxisToolPose(params, q, {}), {}, q), KINE_OK);
+    EXPECT_EQ(FourAxisRefine(params, ToolPoseOf(params, q, {}), {}, q), KINE_OK);
     EXPECT_EQ(q, (FourAngles{0.3, 0.0, 0.0, 0.4}));
 }
 

@@ -32,10 +32,17 @@ KineArmConfig WithPosture(KineArmConfig config, std::int32_t cfg4)
     return config;
 }
 
+// The closed form of a flange given by its pose.
+KineResult ClosedFormOf(const SixAxisParams& params, const Pose& flange, const KineArmConfig& config,
+                        Axes& axes)
+{
+    return ClosedFormIK(params, PoseToMatrix(flange), config, axes);
+}
+
 KineResult ResultOf(const SixAxisParams& params, const Pose& flange, std::int32_t cfg4)
 {
     Axes axes{};
-    return ClosedFormIK(params, flange, Posture(cfg4), axes);
+    return ClosedFormOf(params, flange, Posture(cfg4), axes);
 }
 
 Pose FlangeOf(const KineKinematicParam& param, const SixAngles& q)
@@ -61,7 +68,7 @@ TEST(ClosedFormIK, eight_postures_of_a_pose_reproduce_it)
         for (std::int32_t cfg4 = 0; cfg4 <= 7; ++cfg4) {
             SCOPED_TRACE(test::Shown(q) + " posture " + std::to_string(cfg4));
             Axes axes{};
-            const KineResult code = ClosedFormIK(params, flange, Posture(cfg4), axes);
+            const KineResult code = ClosedFormOf(params, flange, Posture(cfg4), axes);
             if (code != KINE_OK) {
                 // The other shoulder side or a straight wrist or elbow may be out of reach.
                 EXPECT_TRUE(code == 0x6096U || code == 0x6097U || code == 0x6098U) << code;
@@ -94,7 +101,7 @@ TEST(ClosedFormIK, returns_the_joints_of_a_pose_for_their_own_configuration)
         if (SixAxisSingularity(params, q, 0) != 0) continue;
         SCOPED_TRACE(test::Shown(q));
         Axes axes{};
-        ASSERT_EQ(ClosedFormIK(params, FlangeOf(param, q), SixAxisArmConfig(params, q), axes), KINE_OK);
+        ASSERT_EQ(ClosedFormOf(params, FlangeOf(param, q), SixAxisArmConfig(params, q), axes), KINE_OK);
         for (std::size_t j = 0; j < 6; ++j) EXPECT_NEAR(axes[j], q[j], 1e-9);
     }
 }
@@ -110,7 +117,7 @@ TEST(ClosedFormIK, eight_solutions_of_the_puma_are_distinct)
     std::array<Axes, 8> solutions{};
     for (std::size_t cfg4 = 0; cfg4 < 8; ++cfg4) {
         SCOPED_TRACE(cfg4);
-        ASSERT_EQ(ClosedFormIK(params, flange, Posture(static_cast<std::int32_t>(cfg4)), solutions[cfg4]),
+        ASSERT_EQ(ClosedFormOf(params, flange, Posture(static_cast<std::int32_t>(cfg4)), solutions[cfg4]),
                   KINE_OK);
         ExpectNear(test::ToHom(test::RefFlange(test::Puma().SixAxis, FirstSix(solutions[cfg4]))),
                    PoseToMatrix(flange), 1e-9);
@@ -156,7 +163,7 @@ TEST(ClosedFormIK, posture_number_outside_0_to_7_is_0x6090)
     for (const std::int32_t cfg4 : {-1, 8, 9, 16, -8, INT32_MAX, INT32_MIN}) {
         SCOPED_TRACE(cfg4);
         auto axes = test::Untouched<Axes>();
-        EXPECT_EQ(ClosedFormIK(UnitArm(), reachable, Posture(cfg4), axes), 0x6090U);
+        EXPECT_EQ(ClosedFormOf(UnitArm(), reachable, Posture(cfg4), axes), 0x6090U);
         EXPECT_TRUE(test::IsUntouched(axes));
     }
     for (std::int32_t cfg4 = 0; cfg4 <= 7; ++cfg4) EXPECT_EQ(ResultOf(UnitArm(), reachable, cfg4), KINE_OK);
@@ -255,7 +262,7 @@ TEST(ClosedFormIK, joint_5_at_zero_or_half_a_turn_is_0x6098_in_every_posture_of_
         for (const std::int32_t wrist : {0, 1}) {
             const KineArmConfig config = WithPosture(SixAxisArmConfig(params, q), wrist);
             auto axes = test::Untouched<Axes>();
-            EXPECT_EQ(ClosedFormIK(params, FlangeOf(test::WristArm(), q), config, axes), 0x6098U);
+            EXPECT_EQ(ClosedFormOf(params, FlangeOf(test::WristArm(), q), config, axes), 0x6098U);
             EXPECT_TRUE(test::IsUntouched(axes));
         }
     }
@@ -285,9 +292,9 @@ TEST(ClosedFormIK, joint_1_of_the_back_postures_is_half_a_turn_toward_zero)
         SCOPED_TRACE(::testing::Message() << c.x << ' ' << c.y);
         const Pose flange{c.x, c.y, 0.5, 0.3, 0.4, 0.5};
         Axes axes{};
-        ASSERT_EQ(ClosedFormIK(UnitArm(), flange, Posture(0), axes), KINE_OK);
+        ASSERT_EQ(ClosedFormOf(UnitArm(), flange, Posture(0), axes), KINE_OK);
         EXPECT_NEAR(axes[0], c.front, 1e-15);
-        ASSERT_EQ(ClosedFormIK(UnitArm(), flange, Posture(4), axes), KINE_OK);
+        ASSERT_EQ(ClosedFormOf(UnitArm(), flange, Posture(4), axes), KINE_OK);
         EXPECT_NEAR(axes[0], c.back, 1e-15);
     }
 }
@@ -299,9 +306,9 @@ TEST(ClosedFormIK, direction_below_the_rounding_of_a_turn_counts_as_zero)
     for (const double y : {1e-20, -1e-20}) {
         SCOPED_TRACE(y);
         Axes axes{};
-        ASSERT_EQ(ClosedFormIK(UnitArm(), {1.0, y, 0.5, 0.3, 0.4, 0.5}, Posture(0), axes), KINE_OK);
+        ASSERT_EQ(ClosedFormOf(UnitArm(), {1.0, y, 0.5, 0.3, 0.4, 0.5}, Posture(0), axes), KINE_OK);
         EXPECT_EQ(axes[0], 0.0);
-        ASSERT_EQ(ClosedFormIK(UnitArm(), {1.0, y, 0.5, 0.3, 0.4, 0.5}, Posture(4), axes), KINE_OK);
+        ASSERT_EQ(ClosedFormOf(UnitArm(), {1.0, y, 0.5, 0.3, 0.4, 0.5}, Posture(4), axes), KINE_OK);
         EXPECT_EQ(axes[0], -kPi);
     }
 }
@@ -323,9 +330,9 @@ TEST(ClosedFormIK, joint_1_takes_the_lateral_offset_into_account_and_is_wrapped)
         const double phi = c.direction * DEG2RAD;
         const Pose flange{std::cos(phi), std::sin(phi), 0.5, 0.3, 0.4, 0.5};
         Axes axes{};
-        ASSERT_EQ(ClosedFormIK(params, flange, Posture(0), axes), KINE_OK);
+        ASSERT_EQ(ClosedFormOf(params, flange, Posture(0), axes), KINE_OK);
         EXPECT_NEAR(axes[0] * RAD2DEG, c.front, 1e-12);
-        ASSERT_EQ(ClosedFormIK(params, flange, Posture(4), axes), KINE_OK);
+        ASSERT_EQ(ClosedFormOf(params, flange, Posture(4), axes), KINE_OK);
         EXPECT_NEAR(axes[0] * RAD2DEG, c.back, 1e-12);
     }
 }
@@ -341,7 +348,7 @@ TEST(ClosedFormIK, joint_6_is_determined_when_joints_4_and_5_are_both_a_quarter_
                     const SixAngles q{0.7, -0.3, 0.4, q4 + off, q5 - off, q6};
                     SCOPED_TRACE(test::Shown(q));
                     Axes axes{};
-                    ASSERT_EQ(ClosedFormIK(params, FlangeOf(test::WristArm(), q), SixAxisArmConfig(params, q),
+                    ASSERT_EQ(ClosedFormOf(params, FlangeOf(test::WristArm(), q), SixAxisArmConfig(params, q),
                                            axes),
                               KINE_OK);
                     for (std::size_t j = 0; j < 6; ++j) EXPECT_NEAR(axes[j], q[j], 1e-9);
@@ -360,7 +367,7 @@ TEST(ClosedFormIK, fails_closed_on_nan_and_infinity)
             Pose flange = FlangeOf(test::WristArm(), {0.3, -0.4, 0.5, 0.6, 0.7, 0.8});
             flange.*field = bad;
             auto axes = test::Untouched<Axes>();
-            const KineResult code = ClosedFormIK(params, flange, Posture(0), axes);
+            const KineResult code = ClosedFormOf(params, flange, Posture(0), axes);
             EXPECT_TRUE(code == 0x6096U || code == 0x6097U || code == 0x6098U) << code;
             EXPECT_TRUE(test::IsUntouched(axes));
         }
@@ -383,7 +390,7 @@ TEST(ClosedFormIK, fails_closed_on_a_block_with_nan)
         SixAxisParams params = ParamsOf(test::WristArm());
         params.*c.field = kNan;
         auto axes = test::Untouched<Axes>();
-        EXPECT_EQ(ClosedFormIK(params, flange, Posture(0), axes), c.code);
+        EXPECT_EQ(ClosedFormOf(params, flange, Posture(0), axes), c.code);
         EXPECT_TRUE(test::IsUntouched(axes));
     }
 }

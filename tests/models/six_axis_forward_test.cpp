@@ -116,8 +116,9 @@ TEST(SixAxisToolPose, sags_under_its_payload)
     param.SixAxis.k3 = 1e5;
     param.SixAxis.k5 = 3e4;
     const SixAxisParams params = ParamsOf(param);
-    EXPECT_NEAR(SixAxisToolPose(params, kZero, Carrying(10.0, {})).z, 849.6403790922636, 1e-10);
-    EXPECT_NEAR(SixAxisToolPose(params, kZero, Carrying(10.0, {0.0, 0.0, 0.1})).z, 849.5436737156, 1e-10);
+    EXPECT_NEAR(SixAxisToolPose(params, kZero, Carrying(10.0, {})).AsPose().z, 849.6403790922636, 1e-10);
+    EXPECT_NEAR(SixAxisToolPose(params, kZero, Carrying(10.0, {0.0, 0.0, 0.1})).AsPose().z, 849.5436737156,
+                1e-10);
 }
 
 TEST(SixAxisToolPose, is_the_product_of_links_and_tool_on_the_bent_arm)
@@ -144,6 +145,19 @@ TEST(SixAxisFrame5Pose, is_the_product_of_five_links_bent_by_their_own_weight)
         const test::RefAngles bent = test::RefBent(param.SixAxis, q, CombinedLoad{});
         const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, bent).frame[5]);
         ExpectNear(PoseToMatrix(SixAxisFrame5Pose(ParamsOf(param), q)), expected, 1e-8);
+    }
+}
+
+TEST(SixAxisFrame5Pose, of_an_arm_that_nothing_bends_is_the_plain_product_of_five_links)
+{
+    test::SeededRandom random(2203);
+    for (int i = 0; i < 100; ++i) {
+        KineKinematicParam param = RandomArm(random);
+        param.SixAxis.k2 = 0.0;
+        const SixAngles q = RandomAngles(random);
+        SCOPED_TRACE(i);
+        const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, q).frame[5]);
+        ExpectNear(PoseToMatrix(SixAxisFrame5Pose(ParamsOf(param), q)), expected, 1e-10);
     }
 }
 
@@ -197,9 +211,10 @@ TEST(SixAxisToolPose, of_a_load_that_bends_a_joint_by_two_degrees_is_the_plain_c
     // Joint 5 carries m * 9.8 * 85 N mm at q = 0 and gives way by 2 degrees at 41.9 kg or so.
     param.SixAxis.k5 = 1e3;
     const double limitMass = 0.03490658503988659 * 1e6 / (9.8 * 85.0);
-    const double sag = SixAxisToolPose(ParamsOf(param), kZero, Carrying(limitMass * (1.0 - 1e-9), {})).z;
+    const double sag =
+        SixAxisToolPose(ParamsOf(param), kZero, Carrying(limitMass * (1.0 - 1e-9), {})).AsPose().z;
     EXPECT_LT(sag, 615.0 + 705.0 + 135.0 - 85.0 * std::sin(0.0349));
-    EXPECT_NEAR(SixAxisToolPose(ParamsOf(param), kZero, Carrying(limitMass * (1.0 + 1e-9), {})).z,
+    EXPECT_NEAR(SixAxisToolPose(ParamsOf(param), kZero, Carrying(limitMass * (1.0 + 1e-9), {})).AsPose().z,
                 615.0 + 705.0 + 135.0, 1e-9);
 }
 
@@ -219,7 +234,7 @@ TEST(SixAxisToolPose, is_unaffected_by_the_lateral_offset)
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
     const Pose expected = SixAxisToolPose(ParamsOf(param), q, NoTool());
     param.SixAxis.lateralOffset = kNan;
-    EXPECT_TRUE(test::SameBits(SixAxisToolPose(ParamsOf(param), q, NoTool()), expected));
+    EXPECT_TRUE(test::SameBits(SixAxisToolPose(ParamsOf(param), q, NoTool()).AsPose(), expected));
 }
 
 TEST(SixAxisToolPose, passes_nan_and_infinity_on)
@@ -246,8 +261,8 @@ TEST(SixAxisFrame5Pose, of_nan_in_joint_6_is_bent_by_nothing)
     ExpectNear(PoseToMatrix(SixAxisFrame5Pose(ParamsOf(param), q)), expected, 1e-9);
 }
 
-// Height and roll do not depend on joint 1: its NaN leaves them as they are for any other angle, on the arm that
-// nothing bends, since a NaN deflection counts as none.
+// Height and roll do not depend on joint 1: its NaN leaves them as they are for any other angle, on the arm
+// that nothing bends, since a NaN deflection counts as none.
 TEST(SixAxisFrame5Pose, of_nan_in_joint_1_keeps_height_and_roll)
 {
     KineKinematicParam rigid = test::Puma();
@@ -270,23 +285,38 @@ TEST(WalkLinks, gives_the_axis_of_every_joint)
         const KineKinematicParam param = RandomArm(random);
         const SixAngles q = RandomAngles(random);
         SCOPED_TRACE(i);
-        const LinkChain chain = WalkLinks(ParamsOf(param), q);
+        const LinkChain chain = WalkLinks(ParamsOf(param), SinesOf(q));
         const test::SixAxisChain expected = test::NaiveSixAxisChain(param.SixAxis, q);
         for (std::size_t j = 0; j < 6; ++j) {
             const HomMatrix frame = test::ToHom(expected.frame[j]);
             ExpectNear(chain.joints[j].direction, AxisZ(frame.r), 1e-13);
             ExpectNear(chain.joints[j].origin, frame.t, 1e-10);
         }
-        ExpectNear(chain.baseFromFrame5, test::ToHom(expected.frame[5]), 1e-10);
         ExpectNear(chain.baseFromFlange, test::ToHom(expected.flange), 1e-10);
+    }
+}
+
+TEST(SinesOf, gives_sines_and_cosines_with_a_quarter_turn_on_joint_2)
+{
+    const JointSines sines = SinesOf({0.1, 0.2, 0.3, 0.4, 0.5, 0.6});
+    for (std::size_t i = 0; i < 6; ++i) {
+        const double angle = 0.1 * static_cast<double>(i + 1);
+        EXPECT_NEAR(sines[i].sin, i == 1 ? std::cos(angle) : std::sin(angle), 1e-15);
+        EXPECT_NEAR(sines[i].cos, i == 1 ? -std::sin(angle) : std::cos(angle), 1e-15);
     }
 }
 
 TEST(Deflected, adds_to_joints_2_3_and_5)
 {
-    const SixAngles q = Deflected({1.0, 2.0, 3.0, 4.0, 5.0, 6.0}, {0.25, 0.5, 0.125});
-    const SixAngles expected{1.0, 2.25, 3.5, 4.0, 5.125, 6.0};
-    EXPECT_EQ(q, expected);
+    const SixAngles q{1.0, 2.0, 3.0, 4.0, 5.0, 6.0};
+    const JointSines before = SinesOf(q);
+    const JointSines bent = Deflected(before, {0.03125, -0.015625, 0.0078125});
+    const JointSines expected = SinesOf({1.0, 2.03125, 2.984375, 4.0, 5.0078125, 6.0});
+    for (const std::size_t i : {0U, 3U, 5U}) EXPECT_TRUE(test::SameBits(bent[i], before[i])) << i;
+    for (const std::size_t i : {1U, 2U, 4U}) {
+        EXPECT_NEAR(bent[i].sin, expected[i].sin, 4e-16) << i;
+        EXPECT_NEAR(bent[i].cos, expected[i].cos, 4e-16) << i;
+    }
 }
 
 }  // namespace

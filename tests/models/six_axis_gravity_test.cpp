@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "models/six_axis_forward.h"
 #include "support/math_compare.h"
 #include "support/sample_arms.h"
 #include "support/seeded_random.h"
@@ -43,7 +44,7 @@ struct Torques
 Torques TorquesOf(const KineKinematicParam& param, const SixAngles& q, const CombinedLoad& load)
 {
     Deflection d{};
-    EXPECT_EQ(GravityDeflection(ParamsOf(param), q, load, d), KINE_OK);
+    EXPECT_EQ(GravityDeflection(ParamsOf(param), SinesOf(q), load, d), KINE_OK);
     return {d.q2 * 1e9, d.q3 * 1e9, d.q5 * 1e9};
 }
 
@@ -121,7 +122,7 @@ TEST(GravityDeflection, payload_torques_are_moments_about_the_axes_of_the_nomina
         const CombinedLoad load = RandomLoad(random);
         SCOPED_TRACE(test::Shown(q));
         Deflection d{};
-        ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, d), KINE_OK);
+        ASSERT_EQ(GravityDeflection(ParamsOf(param), SinesOf(q), load, d), KINE_OK);
         const KineSixAxisParam& p = param.SixAxis;
         EXPECT_NEAR(d.q2 * p.k2 * 1e3, test::RefPayloadTorque(p, q, load, 1), 1e-6);
         EXPECT_NEAR(d.q3 * p.k3 * 1e3, test::RefPayloadTorque(p, q, load, 2), 1e-6);
@@ -137,7 +138,7 @@ TEST(GravityDeflection, is_unaffected_by_what_only_the_calibrated_chain_has)
     KineKinematicParam param = RandomGravityArm(random);
     Deflection before{};
     DeflectionGradient gradientBefore{};
-    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, before, gradientBefore), KINE_OK);
+    ASSERT_EQ(GravityDeflection(ParamsOf(param), SinesOf(q), load, before, gradientBefore), KINE_OK);
     for (auto field : {&KineSixAxisParam::d1, &KineSixAxisParam::lateralOffset, &KineSixAxisParam::alpha1,
                        &KineSixAxisParam::alpha2, &KineSixAxisParam::alpha3, &KineSixAxisParam::alpha4,
                        &KineSixAxisParam::alpha5, &KineSixAxisParam::beta2, &KineSixAxisParam::d3,
@@ -146,7 +147,7 @@ TEST(GravityDeflection, is_unaffected_by_what_only_the_calibrated_chain_has)
     }
     Deflection after{};
     DeflectionGradient gradientAfter{};
-    ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, after, gradientAfter), KINE_OK);
+    ASSERT_EQ(GravityDeflection(ParamsOf(param), SinesOf(q), load, after, gradientAfter), KINE_OK);
     EXPECT_TRUE(test::SameBits(before, after));
     EXPECT_TRUE(test::SameBits(gradientBefore, gradientAfter));
 }
@@ -212,7 +213,7 @@ TEST(GravityDeflection, of_links_and_payload_together_is_the_reference_sum)
         const CombinedLoad load = RandomLoad(random);
         SCOPED_TRACE(test::Shown(q));
         Deflection d{};
-        ASSERT_EQ(GravityDeflection(ParamsOf(param), q, load, d), KINE_OK);
+        ASSERT_EQ(GravityDeflection(ParamsOf(param), SinesOf(q), load, d), KINE_OK);
         const test::RefVector expected = test::RefDeflection(param.SixAxis, q, load);
         EXPECT_NEAR(d.q2, expected[0], 1e-14);
         EXPECT_NEAR(d.q3, expected[1], 1e-14);
@@ -245,7 +246,7 @@ KineResult ResultAtZero(const Softness& c, Deflection& d)
     params.c2 = c.c2;
     params.c3 = c.c3;
     params.c5 = c.c5;
-    return GravityDeflection(params, kZero, CombinedLoad{}, d);
+    return GravityDeflection(params, SinesOf(kZero), CombinedLoad{}, d);
 }
 
 TEST(GravityDeflection, just_below_two_degrees_is_applied)
@@ -290,11 +291,11 @@ TEST(GravityDeflection, of_zero_stiffness_is_0x6091_with_or_without_a_load)
     // Infinity times a torque is infinite, times no torque NaN.
     const KineKinematicParam rigid = test::WristArm();
     Deflection d{};
-    EXPECT_EQ(GravityDeflection(ParamsOf(rigid), kBentArm, LoadOf(5.0, {}), d), 0x6091U);
-    EXPECT_EQ(GravityDeflection(ParamsOf(rigid), kBentArm, CombinedLoad{}, d), 0x6091U);
+    EXPECT_EQ(GravityDeflection(ParamsOf(rigid), SinesOf(kBentArm), LoadOf(5.0, {}), d), 0x6091U);
+    EXPECT_EQ(GravityDeflection(ParamsOf(rigid), SinesOf(kBentArm), CombinedLoad{}, d), 0x6091U);
     KineKinematicParam oneSoft = SoftArm();
     oneSoft.SixAxis.k5 = 0.0;
-    EXPECT_EQ(GravityDeflection(ParamsOf(oneSoft), kBentArm, CombinedLoad{}, d), 0x6091U);
+    EXPECT_EQ(GravityDeflection(ParamsOf(oneSoft), SinesOf(kBentArm), CombinedLoad{}, d), 0x6091U);
 }
 
 TEST(GravityDeflection, of_nan_or_infinity_is_0x6091_and_zero)
@@ -307,14 +308,14 @@ TEST(GravityDeflection, of_nan_or_infinity_is_0x6091_and_zero)
             q[i] = bad;
             auto d = test::Untouched<Deflection>();
             auto gradient = test::Untouched<DeflectionGradient>();
-            EXPECT_EQ(GravityDeflection(params, q, LoadOf(5.0, {}), d, gradient), 0x6091U) << i;
+            EXPECT_EQ(GravityDeflection(params, SinesOf(q), LoadOf(5.0, {}), d, gradient), 0x6091U) << i;
             EXPECT_TRUE(test::SameBits(d, Deflection{}));
             EXPECT_TRUE(test::SameBits(gradient, DeflectionGradient{}));
         }
         for (const CombinedLoad& load : {LoadOf(bad, {}), LoadOf(5.0, {bad, 0.0, 0.0}),
                                          LoadOf(5.0, {0.0, bad, 0.0}), LoadOf(5.0, {0.0, 0.0, bad})}) {
             Deflection d{};
-            EXPECT_EQ(GravityDeflection(params, kBentArm, load, d), 0x6091U);
+            EXPECT_EQ(GravityDeflection(params, SinesOf(kBentArm), load, d), 0x6091U);
             EXPECT_TRUE(test::SameBits(d, Deflection{}));
         }
     }
@@ -330,8 +331,8 @@ TEST(GravityDeflection, with_gradient_is_the_same_deflection)
         Deflection alone{};
         Deflection together{};
         DeflectionGradient gradient{};
-        ASSERT_EQ(GravityDeflection(params, q, load, alone), KINE_OK);
-        ASSERT_EQ(GravityDeflection(params, q, load, together, gradient), KINE_OK);
+        ASSERT_EQ(GravityDeflection(params, SinesOf(q), load, alone), KINE_OK);
+        ASSERT_EQ(GravityDeflection(params, SinesOf(q), load, together, gradient), KINE_OK);
         EXPECT_TRUE(test::SameBits(alone, together));
     }
 }
@@ -348,7 +349,7 @@ Deflection DifferenceQuotient(const SixAxisParams& params, const SixAngles& q, c
             SixAngles moved = q;
             moved[joint] += side * n * kStep;
             Deflection d{};
-            EXPECT_EQ(GravityDeflection(params, moved, load, d), KINE_OK);
+            EXPECT_EQ(GravityDeflection(params, SinesOf(moved), load, d), KINE_OK);
             const double weight = side * kWeights[n - 1] / kStep;
             sum = {sum.q2 + weight * d.q2, sum.q3 + weight * d.q3, sum.q5 + weight * d.q5};
         }
@@ -366,7 +367,7 @@ TEST(GravityDeflection, gradient_is_the_derivative)
         SCOPED_TRACE(test::Shown(q));
         Deflection d{};
         DeflectionGradient gradient{};
-        ASSERT_EQ(GravityDeflection(params, q, load, d, gradient), KINE_OK);
+        ASSERT_EQ(GravityDeflection(params, SinesOf(q), load, d, gradient), KINE_OK);
         for (std::size_t j = 0; j < 6; ++j) {
             SCOPED_TRACE(j);
             const Deflection expected = DifferenceQuotient(params, q, load, j);
@@ -385,12 +386,12 @@ TEST(GravityDeflection, gradient_of_the_highest_deflection_that_is_applied_is_no
     Deflection d{};
     DeflectionGradient gradient{};
     const SixAngles q{0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-    ASSERT_EQ(GravityDeflection(params, {0.0, 0.5, 0.0, 0.0, 0.0, 0.0}, CombinedLoad{}, d, gradient),
+    ASSERT_EQ(GravityDeflection(params, SinesOf({0.0, 0.5, 0.0, 0.0, 0.0, 0.0}), CombinedLoad{}, d, gradient),
               KINE_OK);
     // T2 = sin(q2 + pi/2) = cos q2.
     EXPECT_NEAR(gradient.q2[1], std::sin(0.5) * params.c2, 1e-15);
     params.c2 = kLimit;
-    ASSERT_EQ(GravityDeflection(params, q, CombinedLoad{}, d, gradient), 0x6091U);
+    ASSERT_EQ(GravityDeflection(params, SinesOf(q), CombinedLoad{}, d, gradient), 0x6091U);
     EXPECT_TRUE(test::SameBits(gradient, DeflectionGradient{}));
 }
 

@@ -135,7 +135,7 @@ TEST(SixAxisModel, limits_do_not_bound_any_operation)
     limits.upper.axis.fill(-50.0);
     limits.lower.axis.fill(-60.0);
     model.SetAxisLimits(limits);
-    EXPECT_TRUE(test::SameBits(model.ForwardKinematics(joints, {}), before));
+    EXPECT_TRUE(test::SameBits(model.ForwardKinematics(joints, {}).AsPose(), before));
     Joints solved{};
     EXPECT_EQ(model.InverseKinematics(before, {}, {0, 0, 0, 0}, solved), KINE_OK);
     EXPECT_NEAR(solved.axis[0], 0.3, 1e-9);
@@ -190,7 +190,8 @@ TEST(SixAxisModel, inverse_that_fails_writes_nothing)
 {
     const SixAxisModel model = ModelOf(test::WristArm());
     Joints joints = test::Untouched<Joints>();
-    EXPECT_EQ(model.InverseKinematics({9000.0, 0.0, 0.0, 0.1, 0.2, 0.3}, {}, {0, 0, 0, 0}, joints), 0x6097U);
+    EXPECT_EQ(model.InverseKinematics(Pose{9000.0, 0.0, 0.0, 0.1, 0.2, 0.3}, {}, {0, 0, 0, 0}, joints),
+              0x6097U);
     EXPECT_TRUE(test::IsUntouched(joints));
 }
 

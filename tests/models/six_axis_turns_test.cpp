@@ -67,7 +67,7 @@ TEST(ClosedFormIK, selects_every_turn_of_joints_1_4_and_6_once)
         for (int n = -21; n <= 21; ++n) {
             SCOPED_TRACE(::testing::Message() << q << " turn " << n);
             Axes axes{};
-            ASSERT_EQ(ClosedFormIK(params, flange, {n, 1 - n, n + 2, 0}, axes), KINE_OK);
+            ASSERT_EQ(ClosedFormIK(params, PoseToMatrix(flange), {n, 1 - n, n + 2, 0}, axes), KINE_OK);
             EXPECT_NEAR(axes[0], PlainTurnOnce(q, n), 1e-10);
             EXPECT_NEAR(axes[3], PlainTurnOnce(-q, 1 - n), 1e-10);
             EXPECT_NEAR(axes[5], PlainTurnOnce(0.7 * q, n + 2), 1e-10);
@@ -171,7 +171,7 @@ TEST(SixAxisInverse, posture_number_is_no_turn_number)
 {
     // Far out of range, but found only after the shoulder.
     Axes axes{};
-    EXPECT_EQ(SixAxisInverse(ParamsOf(test::WristArm()), {0.0, 0.0, 2000.0, 0.0, 0.0, 0.0}, {},
+    EXPECT_EQ(SixAxisInverse(ParamsOf(test::WristArm()), Pose{0.0, 0.0, 2000.0, 0.0, 0.0, 0.0}, {},
                              {0, 0, 0, INT32_MAX}, axes),
               0x6096U);
 }

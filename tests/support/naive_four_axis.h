@@ -11,6 +11,7 @@
 
 #include "KineDll.h"
 #include "models/arm_model.h"
+#include "models/four_axis_geometry.h"
 #include "models/four_axis_params.h"
 #include "support/plain_matrix.h"
 #include "support/seeded_random.h"
@@ -45,6 +46,17 @@ inline FourAxisParams BlockOf(const NaiveArm& arm)
     FourAxisParams block{};
     if (InitFourAxisParams(4, 4, &param, block) != KINE_OK) std::abort();
     return block;
+}
+
+// The arm with the tool frame of a block, and the pose of that frame.
+inline FourAxisState StateOf(const FourAxisParams& params, const FourAngles& q, const Pose& tool)
+{
+    return FourAxisStateOf(params, q, FourAxisToolOf(tool));
+}
+
+inline Pose ToolPoseOf(const FourAxisParams& params, const FourAngles& q, const Pose& tool)
+{
+    return FourAxisToolPose(StateOf(params, q, tool));
 }
 
 template <class T>

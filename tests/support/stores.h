@@ -9,6 +9,7 @@
 #include "config/dispatch.h"
 #include "config/store.h"
 #include "support/naive_transform.h"
+#include "support/records.h"
 
 namespace kine::test {
 
@@ -48,6 +49,19 @@ inline AxisLimits StoredLimits(Store store, std::int32_t armType)
     return limits;
 }
 
+// The pose that a frame stands for, bit by bit. The frame itself has bytes that stand for nothing.
+inline bool SamePoseBits(const LazyPose& a, const LazyPose& b) { return SameBits(a.AsPose(), b.AsPose()); }
+
+inline bool SameRecordBits(const PoseRecord& a, const PoseRecord& b)
+{
+    return SamePoseBits(a.frame, b.frame) && SameBits(a.config, b.config) && SameBits(a.extAxis, b.extAxis);
+}
+
+inline bool SameDescriptorBits(const FrameDescriptor& a, const FrameDescriptor& b)
+{
+    return a.mode == b.mode && a.unit == b.unit && SamePoseBits(a.frame, b.frame);
+}
+
 // A mechanical unit whose axes stand at the given frames; external axis driver drives the first of them and
 // secondDriver the second.
 inline MechUnitSlot MakeUnit(std::int32_t kind, const Pose& first, const Pose& second,
@@ -81,7 +95,6 @@ inline Wobj MakeWobj(std::uint8_t held, const Pose& user, const Pose& object = {
     wobj.userFixed = 1;
     wobj.user = user;
     wobj.object = object;
-    wobj.combined = PoseOf(MatrixOf(user) * MatrixOf(object));
     return wobj;
 }
 
@@ -90,7 +103,6 @@ inline Wobj MakeWobjOnUnit(std::int32_t unit, const Pose& object)
     Wobj wobj{};
     wobj.mechUnit = unit;
     wobj.object = object;
-    wobj.combined = object;
     return wobj;
 }
 
