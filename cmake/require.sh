@@ -20,9 +20,15 @@ require() {
     apt-get update -qq >/dev/null && apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+has_header() {
+    echo "#include <$1>" | g++ -E -x c++ - >/dev/null 2>&1
+}
+
 is_present() {
     case "$1" in
-        gtest) echo '#include <gtest/gtest.h>' | g++ -E -x c++ - >/dev/null 2>&1 ;;
+        gtest) has_header gtest/gtest.h ;;
+        benchmark) has_header benchmark/benchmark.h ;;
+        orocos-kdl) has_header kdl/config.h ;;
         mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
         *) command -v "$1" >/dev/null ;;
     esac
@@ -33,6 +39,8 @@ package_of() {
         ninja) echo ninja-build ;;
         clang++) echo clang ;;
         gtest) echo libgtest-dev ;;
+        benchmark) echo libbenchmark-dev ;;
+        orocos-kdl) echo liborocos-kdl-dev ;;
         mpmath) echo python3-mpmath ;;
         *) echo "$1" ;;
     esac
