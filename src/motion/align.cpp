@@ -92,7 +92,9 @@ KineResult CarriedInReference(const Store& store, const AlignRequest& request, c
         if (const KineResult code = FrameToWorld(store.mechUnits, inBase, store.mounting, inReference))
             return code;
     }
-    rotation = inReference.frame.AsMatrix().r;
+    // By way of the angles, here and below: it brings elements that rounding left next to 1 back to 1,
+    // where the angle of an arc cosine would make a turn of them.
+    rotation = PoseToMatrix(inReference.frame.AsPose()).r;
     return KINE_OK;
 }
 
@@ -157,7 +159,7 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
     const bool isThroughFlange = request.mode == static_cast<std::int32_t>(AlignMode::kWobjThroughFlange);
     if (isWobjCarried && request.mode != static_cast<std::int32_t>(AlignMode::kWobj)) {
         // The flange takes the place of the work object; the load behind it stays.
-        const RotMatrix w = CombinedFrame(request.wobj).AsMatrix().r;
+        const RotMatrix w = PoseToMatrix(CombinedFrame(request.wobj).AsPose()).r;
         m = isThroughFlange ? Transpose(RotMultiply(w, carriedInReference)) : RotMultiply(w, m);
         block.frame = {};
         if (const KineResult code = ForwardKinematics(store, request.current, block, aligned)) return code;
@@ -167,7 +169,7 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
     // Seen from the held work object the reference turns the other way.
     if (IsHeld(request.wobj) && IsWobjMode(request.mode)) turn = Transpose(turn);
 
-    const HomMatrix t = aligned.AsMatrix();
+    const HomMatrix t = PoseToMatrix(aligned.AsPose());
     const auto [a, b, c] = RotMatrixToEulerExact(RotMultiply(t.r, turn));
     return SolveNearCurrent(store, Pose{t.t.x, t.t.y, t.t.z, a, b, c}, block, request.current, target);
 }
