@@ -204,11 +204,11 @@ def write_docs(directory, repository, text):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("results")
-    parser.add_argument("--library")
+    parser.add_argument("--library", dest="measured")
     parser.add_argument("--write-docs", metavar="REPOSITORY")
     options = parser.parse_args()
 
-    first, whole = report(options.results, options.library)
+    first, whole = report(options.results, options.measured)
     with open(os.path.join(options.results, "speed.md"), "w", encoding="utf-8") as file:
         file.write(whole + "\n")
     print(first)

@@ -437,13 +437,13 @@ class Rounding(unittest.TestCase):
 
 class Pretended:
     def __init__(self, change):
-        self.library, self.change = Library(), change
+        self.model, self.change = Library(), change
 
     def call(self, call, count):
-        self.library.noisy = call.name in CALIBRATION_SIGNATURES
+        self.model.noisy = call.name in CALIBRATION_SIGNATURES
         NOISE.start(count, 2)
         with self.change():
-            answer = self.library.call(call.name, *call.args)
+            answer = self.model.call(call.name, *call.args)
         place = RESULT_PLACES[call.name]
         wanted = place is not None and call.args[place]
         output = answer.output if answer.output is not None or not wanted else bytes(48)
