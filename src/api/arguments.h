@@ -1,6 +1,7 @@
 // Arguments: takes the caller's records one after the other. Each Take copies a record, checks it unless an
 // earlier check failed, and returns the internal form. The statements of an export are the order of its
-// checks; keep one Take per statement, since the order of arguments inside a call is not defined.
+// checks: keep one Take per statement, or in braces, which are evaluated from left to right. The order of
+// arguments inside a call is not defined.
 #pragma once
 
 #include "KineDll.h"

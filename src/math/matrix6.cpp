@@ -22,13 +22,15 @@ struct Pivot
     double size;
 };
 
-// The largest element of W right of and below (k, k), the first found among equals. NaN is never larger.
-Pivot FindPivot(const Matrix6& w, int k)
+// The largest element of W right of and below (k, k), the first found among equals. NaN is never larger. W
+// may have more columns than the matrix.
+template <std::size_t columns>
+inline Pivot FindPivot(const double (&w)[kSize][columns], int k)
 {
     Pivot pivot{k, k, 0.0};
     for (int i = k; i < kSize; ++i) {
         for (int j = k; j < kSize; ++j) {
-            const double size = std::fabs(w.m[i][j]);
+            const double size = std::fabs(w[i][j]);
             if (size > pivot.size) pivot = {i, j, size};
         }
     }
@@ -61,8 +63,7 @@ void Eliminate(Matrix6& w, int k)
     }
 }
 
-// A linear system. Rows of eight: the matrix, the right side and a filler, so that whole rows are worked on
-// in pairs of numbers.
+// A linear system. Rows of eight: the matrix, the right side, and a filler that keeps the rows aligned.
 struct System
 {
     alignas(16) double m[kSize][8];
@@ -78,13 +79,7 @@ bool Eliminate(System& s)
     if constexpr (k == kSize) {
         return true;
     } else {
-        Pivot pivot{k, k, 0.0};
-        for (int i = k; i < kSize; ++i) {
-            for (int j = k; j < kSize; ++j) {
-                const double size = std::fabs(s.m[i][j]);
-                if (size > pivot.size) pivot = {i, j, size};
-            }
-        }
+        const Pivot pivot = FindPivot(s.m, k);
         if (pivot.size < kMinPivot) return false;
         std::swap(s.m[pivot.row], s.m[k]);
         for (auto& row : s.m) std::swap(row[pivot.column], row[k]);
@@ -109,7 +104,7 @@ double Matrix6Inverse(Matrix6& destination, const Matrix6& source)
     double p = 1.0;
 
     for (int k = 0; k < kSize; ++k) {
-        const Pivot pivot = FindPivot(w, k);
+        const Pivot pivot = FindPivot(w.m, k);
         if (pivot.size < kMinPivot) return 0.0;
         pivots[k] = pivot;
         if (pivot.row != k) {

@@ -53,6 +53,36 @@ LinkState LinkStateOf(const FourAxisParams& params, const SinCos& q1, const SinC
     return state;
 }
 
+// Minors of the upper two rows (s) and of the lower two rows (c) by column pair.
+struct Minors
+{
+    double s01, s02, s03, s12, s13, s23;
+    double c01, c02, c03, c12, c13, c23;
+};
+
+// j[2][0] and j[3][2] are zero and left out of every product.
+Minors MinorsOf(const Matrix4& jacobian)
+{
+    const auto& j = jacobian.m;
+    return {j[0][0] * j[1][1] - j[1][0] * j[0][1],
+            j[0][0] * j[1][2] - j[1][0] * j[0][2],
+            j[0][0] * j[1][3] - j[1][0] * j[0][3],
+            j[0][1] * j[1][2] - j[1][1] * j[0][2],
+            j[0][1] * j[1][3] - j[1][1] * j[0][3],
+            j[0][2] * j[1][3] - j[1][2] * j[0][3],  //
+            -j[3][0] * j[2][1],
+            -j[3][0] * j[2][2],
+            -j[3][0] * j[2][3],
+            -j[3][1] * j[2][2],
+            j[2][1] * j[3][3] - j[3][1] * j[2][3],
+            j[2][2] * j[3][3]};
+}
+
+double Determinant(const Minors& m)
+{
+    return m.s01 * m.c23 - m.s02 * m.c13 + m.s03 * m.c12 + m.s12 * m.c03 - m.s13 * m.c02 + m.s23 * m.c01;
+}
+
 // Derivative of the heading angle when the X axis h of the tool moves by dh.
 double HeadingRate(const Vec3& h, const Vec3& dh)
 {
@@ -120,24 +150,11 @@ Matrix4 FourAxisJacobian(const FourAxisParams& params, const FourAxisState& stat
 KineResult Jacobian4Inverse(const Matrix4& jacobian, Matrix4& inverse)
 {
     const auto& j = jacobian.m;
-    // Minors of the upper two rows (s) and of the lower two rows (c) by column pair, in the order
-    // 01, 02, 03, 12, 13, 23. j[2][0] and j[3][2] are zero and left out of every product.
-    const double s01 = j[0][0] * j[1][1] - j[1][0] * j[0][1];
-    const double s02 = j[0][0] * j[1][2] - j[1][0] * j[0][2];
-    const double s03 = j[0][0] * j[1][3] - j[1][0] * j[0][3];
-    const double s12 = j[0][1] * j[1][2] - j[1][1] * j[0][2];
-    const double s13 = j[0][1] * j[1][3] - j[1][1] * j[0][3];
-    const double s23 = j[0][2] * j[1][3] - j[1][2] * j[0][3];
-    const double c01 = -j[3][0] * j[2][1];
-    const double c02 = -j[3][0] * j[2][2];
-    const double c03 = -j[3][0] * j[2][3];
-    const double c12 = -j[3][1] * j[2][2];
-    const double c13 = j[2][1] * j[3][3] - j[3][1] * j[2][3];
-    const double c23 = j[2][2] * j[3][3];
-
-    const double det = s01 * c23 - s02 * c13 + s03 * c12 + s12 * c03 - s13 * c02 + s23 * c01;
+    const Minors minors = MinorsOf(jacobian);
+    const double det = Determinant(minors);
     if (!(std::fabs(det) >= kMinDeterminant)) return KINE_ERR_SINGULAR;
 
+    const auto& [s01, s02, s03, s12, s13, s23, c01, c02, c03, c12, c13, c23] = minors;
     inverse = {
         {{(j[1][1] * c23 - j[1][2] * c13 + j[1][3] * c12) / det,
           (j[0][2] * c13 - j[0][1] * c23 - j[0][3] * c12) / det, (j[3][1] * s23 + j[3][3] * s12) / det,
@@ -159,24 +176,13 @@ KineResult Jacobian4Solve(const Matrix4& jacobian, const std::array<double, 4>& 
 {
     const auto& j = jacobian.m;
     const auto& b = right;
-    // As in Jacobian4Inverse, and with the right side in the place of a column: minors of the upper two
-    // rows (u) and of the lower two (v).
-    const double s01 = j[0][0] * j[1][1] - j[1][0] * j[0][1];
-    const double s02 = j[0][0] * j[1][2] - j[1][0] * j[0][2];
-    const double s03 = j[0][0] * j[1][3] - j[1][0] * j[0][3];
-    const double s12 = j[0][1] * j[1][2] - j[1][1] * j[0][2];
-    const double s13 = j[0][1] * j[1][3] - j[1][1] * j[0][3];
-    const double s23 = j[0][2] * j[1][3] - j[1][2] * j[0][3];
-    const double c01 = -j[3][0] * j[2][1];
-    const double c02 = -j[3][0] * j[2][2];
-    const double c03 = -j[3][0] * j[2][3];
-    const double c12 = -j[3][1] * j[2][2];
-    const double c13 = j[2][1] * j[3][3] - j[3][1] * j[2][3];
-    const double c23 = j[2][2] * j[3][3];
-
-    const double det = s01 * c23 - s02 * c13 + s03 * c12 + s12 * c03 - s13 * c02 + s23 * c01;
+    const Minors minors = MinorsOf(jacobian);
+    const double det = Determinant(minors);
     if (!(std::fabs(det) >= kMinDeterminant)) return KINE_ERR_SINGULAR;
 
+    // The same with the right side in the place of a column: minors of the upper two rows (u) and of the
+    // lower two (v).
+    const auto& [s01, s02, s03, s12, s13, s23, c01, c02, c03, c12, c13, c23] = minors;
     const double u0 = b[0] * j[1][0] - b[1] * j[0][0];
     const double u1 = b[0] * j[1][1] - b[1] * j[0][1];
     const double u2 = b[0] * j[1][2] - b[1] * j[0][2];

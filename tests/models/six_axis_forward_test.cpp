@@ -26,19 +26,8 @@ ToolBlock Carrying(double mass, const Vec3& centreInMetres) { return {{}, {mass,
 // Every field away from zero, none of the angles a quarter turn.
 KineKinematicParam RandomArm(test::SeededRandom& random)
 {
-    KineKinematicParam param{};
+    KineKinematicParam param = test::RandomLinks(random, 700.0);
     KineSixAxisParam& p = param.SixAxis;
-    for (auto field :
-         {&KineSixAxisParam::a1, &KineSixAxisParam::a2, &KineSixAxisParam::a3, &KineSixAxisParam::d4,
-          &KineSixAxisParam::d6, &KineSixAxisParam::d1, &KineSixAxisParam::d3, &KineSixAxisParam::d5,
-          &KineSixAxisParam::a4, &KineSixAxisParam::a5}) {
-        p.*field = random.Uniform(10.0, 700.0);
-    }
-    for (auto field : {&KineSixAxisParam::alpha1, &KineSixAxisParam::alpha2, &KineSixAxisParam::alpha3,
-                       &KineSixAxisParam::alpha4, &KineSixAxisParam::alpha5, &KineSixAxisParam::beta2,
-                       &KineSixAxisParam::mountX, &KineSixAxisParam::mountY}) {
-        p.*field = random.Uniform(-180.0, 180.0);
-    }
     p.lateralOffset = 77.0;
     for (double& weight : p.G) weight = random.Uniform(-1e5, 1e5);
     p.k2 = 1e5;

@@ -18,21 +18,6 @@ using test::RandomAngles;
 // rad, and rad per rad: of deflections up to 2 degrees and torques that cancel in part.
 constexpr double kTolerance = 2e-16;
 
-KineKinematicParam HeavyArm(test::SeededRandom& random)
-{
-    KineKinematicParam param = test::NominalSixAxis(
-        {random.Uniform(0, 300), random.Uniform(200, 900), random.Uniform(0, 200), random.Uniform(200, 900),
-         random.Uniform(0, 200), random.Uniform(0, 600), random.Uniform(-50, 50)});
-    KineSixAxisParam& p = param.SixAxis;
-    p.mountX = random.Uniform(-180.0, 180.0);
-    p.mountY = random.Uniform(-180.0, 180.0);
-    for (double& weight : p.G) weight = random.Uniform(-3e5, 3e5);
-    p.k2 = random.Uniform(1e5, 9e5);
-    p.k3 = random.Uniform(1e5, 9e5);
-    p.k5 = random.Uniform(1e5, 9e5);
-    return param;
-}
-
 CombinedLoad AnyLoad(test::SeededRandom& random)
 {
     const auto u = [&random] { return random.Uniform(-0.3, 0.3); };
@@ -65,7 +50,7 @@ TEST(GravityDeflection, of_any_arm_and_load_is_the_written_out_sum_of_moments)
 {
     test::SeededRandom random(2951);
     for (int i = 0; i < 1000; ++i) {
-        const SixAxisParams params = ParamsOf(HeavyArm(random));
+        const SixAxisParams params = ParamsOf(test::RandomGravityArm(random));
         const SixAngles q = RandomAngles(random);
         SCOPED_TRACE(test::Shown(q));
         ExpectWrittenOut(params, q, AnyLoad(random));
@@ -76,7 +61,7 @@ TEST(GravityDeflection, of_the_payload_alone_is_the_written_out_sum_of_moments)
 {
     test::SeededRandom random(2952);
     for (int i = 0; i < 500; ++i) {
-        KineKinematicParam param = HeavyArm(random);
+        KineKinematicParam param = test::RandomGravityArm(random);
         for (double& weight : param.SixAxis.G) weight = 0.0;
         const SixAngles q = RandomAngles(random);
         SCOPED_TRACE(test::Shown(q));
@@ -89,7 +74,7 @@ TEST(GravityDeflection, of_one_link_weight_alone_is_the_written_out_one)
     test::SeededRandom random(2953);
     for (std::size_t weight = 0; weight < 7; ++weight) {
         for (int i = 0; i < 50; ++i) {
-            KineKinematicParam param = HeavyArm(random);
+            KineKinematicParam param = test::RandomGravityArm(random);
             for (double& each : param.SixAxis.G) each = 0.0;
             param.SixAxis.G[weight] = 1e6;
             const SixAngles q = RandomAngles(random);
@@ -104,7 +89,7 @@ TEST(GravityDeflection, at_quarter_and_eighth_turns_is_the_written_out_one)
 {
     test::SeededRandom random(2954);
     for (int i = 0; i < 500; ++i) {
-        const SixAxisParams params = ParamsOf(HeavyArm(random));
+        const SixAxisParams params = ParamsOf(test::RandomGravityArm(random));
         SixAngles q{};
         for (double& angle : q) angle = random.Whole(-8, 8) * (kPi / 4.0);
         SCOPED_TRACE(test::Shown(q));
@@ -120,7 +105,7 @@ TEST(GravityDeflection, written_out_gradient_is_the_difference_quotient_of_the_w
     constexpr double kWeights[] = {4.0 / 5.0, -1.0 / 5.0, 4.0 / 105.0, -1.0 / 280.0};
     test::SeededRandom random(2955);
     for (int i = 0; i < 100; ++i) {
-        const SixAxisParams params = ParamsOf(HeavyArm(random));
+        const SixAxisParams params = ParamsOf(test::RandomGravityArm(random));
         const SixAngles q = RandomAngles(random);
         const CombinedLoad load = AnyLoad(random);
         SCOPED_TRACE(test::Shown(q));
@@ -152,7 +137,7 @@ TEST(GravityDeflection, is_refused_where_the_written_out_one_is)
 {
     test::SeededRandom random(2956);
     for (int i = 0; i < 300; ++i) {
-        const SixAxisParams params = ParamsOf(HeavyArm(random));
+        const SixAxisParams params = ParamsOf(test::RandomGravityArm(random));
         const SixAngles q = RandomAngles(random);
         const CombinedLoad load = AnyLoad(random);
         Deflection d{};

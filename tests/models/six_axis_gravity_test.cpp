@@ -55,21 +55,6 @@ void ExpectTorques(const Torques& t, double q2, double q3, double q5)
     EXPECT_NEAR(t.q5, q5, 1e-6);
 }
 
-KineKinematicParam RandomGravityArm(test::SeededRandom& random)
-{
-    KineKinematicParam param = test::NominalSixAxis(
-        {random.Uniform(0, 300), random.Uniform(200, 900), random.Uniform(0, 200), random.Uniform(200, 900),
-         random.Uniform(0, 200), random.Uniform(0, 600), random.Uniform(-50, 50)});
-    KineSixAxisParam& p = param.SixAxis;
-    p.mountX = random.Uniform(-180.0, 180.0);
-    p.mountY = random.Uniform(-180.0, 180.0);
-    for (double& weight : p.G) weight = random.Uniform(-3e5, 3e5);
-    p.k2 = random.Uniform(1e5, 9e5);
-    p.k3 = random.Uniform(1e5, 9e5);
-    p.k5 = random.Uniform(1e5, 9e5);
-    return param;
-}
-
 CombinedLoad RandomLoad(test::SeededRandom& random)
 {
     return LoadOf(random.Uniform(0.0, 60.0),
@@ -116,7 +101,7 @@ TEST(GravityDeflection, payload_torques_are_moments_about_the_axes_of_the_nomina
 {
     test::SeededRandom random(2101);
     for (int i = 0; i < 500; ++i) {
-        KineKinematicParam param = RandomGravityArm(random);
+        KineKinematicParam param = test::RandomGravityArm(random);
         for (double& weight : param.SixAxis.G) weight = 0.0;
         const SixAngles q = RandomAngles(random);
         const CombinedLoad load = RandomLoad(random);
@@ -135,7 +120,7 @@ TEST(GravityDeflection, is_unaffected_by_what_only_the_calibrated_chain_has)
     test::SeededRandom random(2102);
     const SixAngles q = RandomAngles(random);
     const CombinedLoad load = RandomLoad(random);
-    KineKinematicParam param = RandomGravityArm(random);
+    KineKinematicParam param = test::RandomGravityArm(random);
     Deflection before{};
     DeflectionGradient gradientBefore{};
     ASSERT_EQ(GravityDeflection(ParamsOf(param), SinesOf(q), load, before, gradientBefore), KINE_OK);
@@ -208,7 +193,7 @@ TEST(GravityDeflection, of_links_and_payload_together_is_the_reference_sum)
 {
     test::SeededRandom random(2104);
     for (int i = 0; i < 300; ++i) {
-        const KineKinematicParam param = RandomGravityArm(random);
+        const KineKinematicParam param = test::RandomGravityArm(random);
         const SixAngles q = RandomAngles(random);
         const CombinedLoad load = RandomLoad(random);
         SCOPED_TRACE(test::Shown(q));
@@ -325,7 +310,7 @@ TEST(GravityDeflection, with_gradient_is_the_same_deflection)
 {
     test::SeededRandom random(2105);
     for (int i = 0; i < 50; ++i) {
-        const SixAxisParams params = ParamsOf(RandomGravityArm(random));
+        const SixAxisParams params = ParamsOf(test::RandomGravityArm(random));
         const SixAngles q = RandomAngles(random);
         const CombinedLoad load = RandomLoad(random);
         Deflection alone{};
@@ -361,7 +346,7 @@ TEST(GravityDeflection, gradient_is_the_derivative)
 {
     test::SeededRandom random(2106);
     for (int i = 0; i < 100; ++i) {
-        const SixAxisParams params = ParamsOf(RandomGravityArm(random));
+        const SixAxisParams params = ParamsOf(test::RandomGravityArm(random));
         const SixAngles q = RandomAngles(random);
         const CombinedLoad load = RandomLoad(random);
         SCOPED_TRACE(test::Shown(q));

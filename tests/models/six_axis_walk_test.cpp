@@ -31,19 +31,8 @@ void ExpectTransform(const HomMatrix& actual, const HomMatrix& expected)
 // Every length away from zero, the twists anywhere.
 KineKinematicParam AnyArm(test::SeededRandom& random)
 {
-    KineKinematicParam param{};
+    KineKinematicParam param = test::RandomLinks(random, 900.0);
     KineSixAxisParam& p = param.SixAxis;
-    for (auto field :
-         {&KineSixAxisParam::a1, &KineSixAxisParam::a2, &KineSixAxisParam::a3, &KineSixAxisParam::d4,
-          &KineSixAxisParam::d6, &KineSixAxisParam::d1, &KineSixAxisParam::d3, &KineSixAxisParam::d5,
-          &KineSixAxisParam::a4, &KineSixAxisParam::a5}) {
-        p.*field = random.Uniform(10.0, 900.0);
-    }
-    for (auto field : {&KineSixAxisParam::alpha1, &KineSixAxisParam::alpha2, &KineSixAxisParam::alpha3,
-                       &KineSixAxisParam::alpha4, &KineSixAxisParam::alpha5, &KineSixAxisParam::beta2,
-                       &KineSixAxisParam::mountX, &KineSixAxisParam::mountY}) {
-        p.*field = random.Uniform(-180.0, 180.0);
-    }
     for (double& weight : p.G) weight = random.Uniform(-3e5, 3e5);
     p.k2 = std::pow(10.0, random.Uniform(3.3, 5.5));
     p.k3 = std::pow(10.0, random.Uniform(3.3, 5.5));
