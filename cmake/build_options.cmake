@@ -15,6 +15,16 @@ set(KINE_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=;
 # function of the C library, which may round otherwise).
 set(kine_float_options -ffp-contract=off -fno-builtin-sin -fno-builtin-cos -fno-builtin-sincos)
 
+# Left alone, GCC clears and copies the library's records with the processor's string instructions, whose start
+# takes as long as a dozen of plain stores, or calls the C library for it.
+include(CheckCXXCompilerFlag)
+set(kine_plain_stores vector_loop:512:noalign,libcall:-1:noalign)
+set(kine_record_options -mmemset-strategy=${kine_plain_stores} -mmemcpy-strategy=${kine_plain_stores})
+check_cxx_compiler_flag("${kine_record_options}" KINE_HAS_RECORD_OPTIONS)
+if(NOT KINE_HAS_RECORD_OPTIONS)
+    set(kine_record_options)
+endif()
+
 set(kine_warnings
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-qual -Wformat=2 -Wundef
     -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wdouble-promotion -Wnull-dereference)
@@ -33,7 +43,8 @@ endfunction()
 # What goes into the library: nothing is visible unless the header says so.
 function(kine_library_options target)
     kine_warning_options(${target})
-    target_compile_options(${target} PRIVATE ${kine_float_options} -fno-exceptions -fno-rtti)
+    target_compile_options(${target} PRIVATE ${kine_float_options} ${kine_record_options} -fno-exceptions
+        -fno-rtti)
     set_target_properties(${target} PROPERTIES
         POSITION_INDEPENDENT_CODE ON
         CXX_VISIBILITY_PRESET hidden
