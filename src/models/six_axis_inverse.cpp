@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "math/matrix6.h"
+#include "math/vec3.h"
 #include "models/quadrant.h"
 #include "models/six_axis_forward.h"
 #include "models/six_axis_gravity.h"
@@ -22,6 +23,8 @@ namespace {
 // mm between the wrist centre and the circle of the lateral offset; equal passes, NaN fails. Closer, the
 // direction of joint 1 is not determined.
 constexpr double kMinShoulderMargin = 1e-5;
+// A wrist centre beyond this many arm lengths from joint 2 is out of reach however the sums below are rounded.
+constexpr double kBeyondReach = 1.0 + 1e-6;
 // Cosine of the angle at the elbow; equal passes, NaN fails. Beyond, out of reach or stretched.
 constexpr double kMaxElbowCosine = 0.99999;
 // Cosine of q5; equal passes, NaN fails. Beyond, no rotation has it.
@@ -52,6 +55,8 @@ double SelectTurnOnce(double angle, std::int32_t turn)
     if (distance < -2) return shifted + kTwoPi;
     return shifted;
 }
+
+bool IsPosture(std::int32_t number) { return number >= 0 && number <= kMaxPosture; }
 
 // phi + delta, formed on phi moved by 2 pi away from zero, which fixes the rounding of the sum.
 double SumAwayFromZero(double phi, double delta)
@@ -98,12 +103,11 @@ Matrix6 BodyJacobian(const LinkChain& chain)
     return jacobian;
 }
 
-// J * (I + d deflection / dq): what a change of the commanded joints does to the flange once the arm has
+// Makes J * (I + d deflection / dq) of J: what a change of the commanded joints does to the flange once the arm has
 // given way. Without this factor every step leaves a share of the error, the size of the gradient, behind.
-Matrix6 WithDeflection(const Matrix6& jacobian, const DeflectionGradient& gradient)
+void AddDeflection(const DeflectionGradient& gradient, Matrix6& jacobian)
 {
-    Matrix6 result = jacobian;
-    for (auto& row : result.m) {
+    for (auto& row : jacobian.m) {
         const double by2 = row[1];
         const double by3 = row[2];
         const double by5 = row[4];
@@ -111,7 +115,6 @@ Matrix6 WithDeflection(const Matrix6& jacobian, const DeflectionGradient& gradie
             row[j] += by2 * gradient.q2[j] + by3 * gradient.q3[j] + by5 * gradient.q5[j];
         }
     }
-    return result;
 }
 
 bool IsWithin(const SixAngles& correction, double limit)
@@ -130,6 +133,30 @@ void Advance(SixAngles& q, JointSines& sines, const SixAngles& correction)
     for (std::size_t i = 0; i < q.size(); ++i) sines[i] = Advanced(sines[i], correction[i]);
 }
 
+// Two tests that spare a target far out of reach what only nearer ones need. They are sure of what they refuse
+// and leave the rest to the cosine at the elbow.
+
+// For a wrist centre at least r from the joint-1 axis and h above or below joint 2: whether it is out of reach
+// wherever joint 1 turns joint 2, up to a1 and the lateral offset from the axis.
+bool IsWristOutOfReach(const SixAxisParams& p, double r, double h)
+{
+    const double horizontal = std::max(0.0, r - std::fabs(p.lateralOffset) - std::fabs(p.a1));
+    const double reach = kBeyondReach * (std::fabs(p.a2) + p.wristReach);
+    return horizontal * horizontal + h * h > reach * reach;
+}
+
+// The same for every wrist centre that the tool may have with its tip in the target. One that may fail in the
+// shoulder, or is not a number, is not refused here.
+bool IsTipOutOfReach(const SixAxisParams& p, const LazyPose& target, const Pose& tool)
+{
+    if (!target.IsFiniteMatrix() || !std::isfinite(tool.a + tool.b + tool.c)) return false;
+    const Vec3 tip = target.Position();
+    const double fromTip = Norm({tool.x, tool.y, tool.z}) + std::fabs(p.d6);
+    const double r = std::sqrt(tip.x * tip.x + tip.y * tip.y) - fromTip;
+    const double h = std::max(0.0, std::fabs(tip.z - p.d1) - fromTip);
+    return r > std::fabs(p.lateralOffset) + kBeyondReach && IsWristOutOfReach(p, r, h);
+}
+
 // The Newton steps from the closed form's q.
 KineResult Refine(const SixAxisParams& params, const HomMatrix& flange, const CombinedLoad& load,
                   SixAngles& q)
@@ -144,9 +171,11 @@ KineResult Refine(const SixAxisParams& params, const HomMatrix& flange, const Co
         const LinkChain chain = WalkLinks(params, Deflected(sines, deflection));
         const std::array<double, 6> e = FlangeError(flange, chain.baseFromFlange);
 
+        Matrix6 jacobian = BodyJacobian(chain);
+        AddDeflection(gradient, jacobian);
+
         SixAngles correction{};
-        if (!Matrix6Solve(WithDeflection(BodyJacobian(chain), gradient), e, correction))
-            return KINE_ERR_SINGULAR;
+        if (!Matrix6Solve(jacobian, e, correction)) return KINE_ERR_SINGULAR;
         if (step == 0 && !IsWithin(correction, kMaxFirstCorrection)) return KINE_ERR_IK_9;
         if (step == kNewtonSteps - 1 && !IsWithin(correction, kMaxLastCorrection)) {
             return KINE_ERR_IK_ACCURACY;
@@ -170,7 +199,8 @@ KineResult ClosedFormIK(const SixAxisParams& params, const HomMatrix& flange, co
     // Joint 1. The shoulder margin is tested before the posture number.
     const double r = std::sqrt(w.x * w.x + w.y * w.y);
     if (!(r - std::fabs(p.lateralOffset) >= kMinShoulderMargin)) return KINE_ERR_IK_6;
-    if (config.Cfg4 < 0 || config.Cfg4 > kMaxPosture) return KINE_ERR_CONFIG;
+    if (!IsPosture(config.Cfg4)) return KINE_ERR_CONFIG;
+    if (IsWristOutOfReach(p, r, h)) return KINE_ERR_IK_7;
     const bool isShoulderBack = (config.Cfg4 & kShoulderBack) != 0;
     const bool isElbowFar = (config.Cfg4 & kElbowFar) != 0;
     const bool isWristFlipped = (config.Cfg4 & kWristFlipped) != 0;
@@ -252,6 +282,8 @@ KineResult SixAxisInverse(const SixAxisParams& params, const LazyPose& target, c
         !IsTurnNumberServed(config.Cfg3)) {
         return KINE_ERR_CONFIG;
     }
+    if (IsPosture(config.Cfg4) && IsTipOutOfReach(params, target, tool.frame))
+        return KINE_ERR_IK_7;
     const HomMatrix flange = LazyPose(target.AsMatrix() * MatrixInverse(PoseToMatrix(tool.frame))).AsMatrix();
 
     std::array<double, 8> start{};

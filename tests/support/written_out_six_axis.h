@@ -219,6 +219,25 @@ inline KineResult WrittenOutRefine(const SixAxisParams& p, const Pose& flange, c
     return KINE_OK;
 }
 
+// What the tests of the shoulder, the posture number and the elbow say about a flange, in this order, each
+// with all that it depends on.
+inline KineResult WrittenOutReach(const SixAxisParams& p, const HomMatrix& flange, std::int32_t posture)
+{
+    const double x = flange.t.x - p.d6 * flange.r.r02;
+    const double y = flange.t.y - p.d6 * flange.r.r12;
+    const double h = flange.t.z - p.d6 * flange.r.r22 - p.d1;
+    const double r = std::sqrt(x * x + y * y);
+    if (!(r - std::fabs(p.lateralOffset) >= 1e-5)) return KINE_ERR_IK_6;
+    if (posture < 0 || posture > 7) return KINE_ERR_CONFIG;
+    const double delta = std::asin(p.lateralOffset / r);
+    const double q1 = posture < 4 ? std::atan2(y, x) + delta : std::atan2(y, x) - delta - std::acos(-1.0);
+    const double u = x - p.lateralOffset * std::sin(q1) - p.a1 * std::cos(q1);
+    const double v = p.lateralOffset * std::cos(q1) + y - p.a1 * std::sin(q1);
+    const double cosine =
+        (p.wristReach * p.wristReach + p.a2 * p.a2 - u * u - v * v - h * h) / (2.0 * p.a2 * p.wristReach);
+    return std::fabs(cosine) <= 0.99999 ? KINE_OK : KINE_ERR_IK_7;
+}
+
 // The whole inverse, with a pose for the flange.
 inline KineResult WrittenOutInverse(const SixAxisParams& p, const Pose& target, const ToolBlock& tool,
                                     const KineArmConfig& config, std::array<double, 8>& axes)
@@ -227,6 +246,7 @@ inline KineResult WrittenOutInverse(const SixAxisParams& p, const Pose& target, 
         if (!IsTurnNumberServed(turn)) return KINE_ERR_CONFIG;
     }
     const Pose flange = MatrixToPose(PoseToMatrix(target) * MatrixInverse(PoseToMatrix(tool.frame)));
+    if (const KineResult code = WrittenOutReach(p, PoseToMatrix(flange), config.Cfg4)) return code;
     std::array<double, 8> start{};
     if (const KineResult code = ClosedFormIK(p, PoseToMatrix(flange), config, start)) return code;
     SixAngles q{start[0], start[1], start[2], start[3], start[4], start[5]};
