@@ -84,7 +84,7 @@ SixAxisInput SixAxisInputOf(const Prepared& data, const KineJoint& joints)
     input.config = SixAxisArmConfig(data.nominal, input.q);
     input.baseFromFlange = WalkLinks(data.nominal, SinesOf(input.q)).baseFromFlange;
     input.flange = MatrixToPose(input.baseFromFlange);
-    input.tool = SixAxisToolPose(data.calibrated, input.q, kTool);
+    input.tool = SixAxisToolPose(data.calibrated, SinesOf(input.q), kTool);
     input.outOfReach = input.tool;
     input.outOfReach.x += kFarAway;
     input.jacobian = JacobianOf(WalkLinks(data.calibrated, SinesOf(input.q)));
@@ -199,7 +199,7 @@ const std::vector<InnerStep>& InnerSteps()
 {
     static const std::vector<InnerStep> steps = {
         {"six_axis_forward",
-         [](std::size_t i) { Keep(SixAxisToolPose(Data().calibrated, Six(i).q, kTool)); }},
+         [](std::size_t i) { Keep(SixAxisToolPose(Data().calibrated, SinesOf(Six(i).q), kTool)); }},
         {kChainWithAxes, [](std::size_t i) { Keep(WalkLinks(Data().calibrated, SinesOf(Six(i).q))); }},
         {"six_axis_gravity_and_gradient", Gravity},
         {"six_axis_closed_form", ClosedForm},

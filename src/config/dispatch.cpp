@@ -32,7 +32,7 @@ Model* SelectModel(SomeStore& store)
 // The model behind an operation, or the code that stands for it: onUnknown for an arm type without a model.
 KineResult FindModel(const Store& store, KineResult onUnknown, const ArmModel*& model)
 {
-    if (store.arm.initState != kInitStateReady) return KINE_ERR_NOT_INITIALISED;
+    if (const KineResult code = CheckInitialised(store)) return code;
     model = ModelOf(store);
     return model == nullptr ? onUnknown : KINE_OK;
 }
@@ -43,6 +43,11 @@ bool IsBetween(std::int32_t lower, std::int32_t value, std::int32_t upper)
 }
 
 }  // namespace
+
+KineResult CheckInitialised(const Store& store)
+{
+    return store.arm.initState == kInitStateReady ? KINE_OK : KINE_ERR_NOT_INITIALISED;
+}
 
 ArmModel* ModelOf(Store& store) { return SelectModel<ArmModel>(store); }
 
@@ -64,6 +69,15 @@ KineResult ForwardKinematics(const Store& store, Joints joints, const ToolBlock&
     return KINE_OK;
 }
 
+KineResult ForwardKinematics(const Store& store, const Joints& joints, const ToolBlock& tool, LazyPose& pose,
+                             KineArmConfig& config)
+{
+    const ArmModel* model = nullptr;
+    if (const KineResult code = FindModel(store, KINE_ERR_UNKNOWN_ARM_TYPE, model)) return code;
+    model->ForwardWithConfig(joints, tool, pose, config);
+    return KINE_OK;
+}
+
 KineResult FlangePose(const Store& store, const Joints& joints, Pose& pose)
 {
     const ArmModel* model = nullptr;
@@ -74,7 +88,7 @@ KineResult FlangePose(const Store& store, const Joints& joints, Pose& pose)
 
 KineResult GetArmConfig(const Store& store, Joints joints, KineArmConfig& config)
 {
-    if (store.arm.initState != kInitStateReady) return KINE_ERR_NOT_INITIALISED;
+    if (const KineResult code = CheckInitialised(store)) return code;
     if (const ArmModel* model = ModelOf(store)) config = model->GetArmConfig(joints);
     return KINE_OK;
 }
@@ -97,7 +111,7 @@ KineResult StoreLimitConfigs(Store& store)
 
 KineResult SetAxisLimits(Store& store, AxisLimits& limits)
 {
-    if (store.arm.initState != kInitStateReady) return KINE_ERR_NOT_INITIALISED;
+    if (const KineResult code = CheckInitialised(store)) return code;
     for (std::size_t i = 0; i < kLimitedAxes; ++i) {
         double& upper = limits.upper.axis[i];
         double& lower = limits.lower.axis[i];
@@ -122,7 +136,7 @@ KineResult InverseKinematics(const Store& store, const LazyPose& target, const T
 
 KineResult IsSingularity(const Store& store, const Joints& joints, std::uint32_t kind)
 {
-    if (store.arm.initState != kInitStateReady) return KINE_ERR_NOT_INITIALISED;
+    if (const KineResult code = CheckInitialised(store)) return code;
     const ArmModel* model = ModelOf(store);
     if (model == nullptr) return KINE_OK;
     return model->IsSingularity(joints, kind) == 0 ? KINE_OK : KINE_SINGULAR;
@@ -130,7 +144,7 @@ KineResult IsSingularity(const Store& store, const Joints& joints, std::uint32_t
 
 KineResult GetModelFamily(const Store& store, std::int32_t& family)
 {
-    if (store.arm.initState != kInitStateReady) return KINE_ERR_NOT_INITIALISED;
+    if (const KineResult code = CheckInitialised(store)) return code;
     family = store.arm.modelFamily;
     return KINE_OK;
 }

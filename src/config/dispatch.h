@@ -11,6 +11,9 @@
 
 namespace kine {
 
+// KINE_ERR_NOT_INITIALISED unless the library is initialised.
+[[nodiscard]] KineResult CheckInitialised(const Store& store);
+
 // The model of the configured arm type, null for an unknown type. Does not look at the state.
 ArmModel* ModelOf(Store& store);
 const ArmModel* ModelOf(const Store& store);
@@ -21,6 +24,10 @@ const ArmModel* ModelOf(const Store& store);
 // The model may change the joints it is given, hence by value.
 [[nodiscard]] KineResult ForwardKinematics(const Store& store, Joints joints, const ToolBlock& tool,
                                            LazyPose& pose);
+
+// Pose and configuration at once.
+[[nodiscard]] KineResult ForwardKinematics(const Store& store, const Joints& joints, const ToolBlock& tool,
+                                           LazyPose& pose, KineArmConfig& config);
 
 [[nodiscard]] KineResult FlangePose(const Store& store, const Joints& joints, Pose& pose);
 

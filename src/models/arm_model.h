@@ -72,6 +72,16 @@ public:
     // Posture and turns. May change the joints it is given, like ForwardKinematics.
     [[nodiscard]] virtual KineArmConfig GetArmConfig(Joints& joints) const = 0;
 
+    // ForwardKinematics and GetArmConfig of one joint set, for models that share work between them.
+    virtual void ForwardWithConfig(const Joints& joints, const ToolBlock& tool, LazyPose& pose,
+                                   KineArmConfig& config) const
+    {
+        Joints own = joints;
+        pose = ForwardKinematics(own, tool);
+        own = joints;
+        config = GetArmConfig(own);
+    }
+
     // Writes the limits of the axes the model has and leaves the others alone.
     virtual void GetAxisLimits(AxisLimits& limits) const = 0;
     virtual void SetAxisLimits(const AxisLimits& limits) = 0;

@@ -154,10 +154,9 @@ JointSines Deflected(const JointSines& q, const Deflection& deflection)
             q[3], Advanced(q[4], deflection.q5), q[5]};
 }
 
-LazyPose SixAxisToolPose(const SixAxisParams& params, const SixAngles& q, const ToolBlock& tool)
+LazyPose SixAxisToolPose(const SixAxisParams& params, const JointSines& q, const ToolBlock& tool)
 {
-    const JointSines sines = SinesOf(q);
-    const JointSines bent = Deflected(sines, DeflectionOrZero(params, sines, tool.load));
+    const JointSines bent = Deflected(q, DeflectionOrZero(params, q, tool.load));
     return LazyPose(BaseFromFlange(params, bent) * PoseToMatrix(tool.frame));
 }
 

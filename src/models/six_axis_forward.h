@@ -33,7 +33,7 @@ LinkChain WalkLinks(const SixAxisParams& params, const JointSines& deflected);
 JointSines Deflected(const JointSines& q, const Deflection& deflection);
 
 // Pose of the tool frame, with the arm bent by its weight and the load of the tool block.
-LazyPose SixAxisToolPose(const SixAxisParams& params, const SixAngles& q, const ToolBlock& tool);
+LazyPose SixAxisToolPose(const SixAxisParams& params, const JointSines& q, const ToolBlock& tool);
 
 // Pose of frame 5, the arm bent by its own weight only. Joint 6 and d6 are not part of it, so this is not
 // SixAxisToolPose with a zero tool.

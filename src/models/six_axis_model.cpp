@@ -24,7 +24,7 @@ KineResult SixAxisModel::InitModel(std::uint32_t armType, const KineKinematicPar
 
 LazyPose SixAxisModel::ForwardKinematics(Joints& joints, const ToolBlock& tool) const
 {
-    return SixAxisToolPose(params_, AnglesOf(joints), tool);
+    return SixAxisToolPose(params_, SinesOf(AnglesOf(joints)), tool);
 }
 
 Pose SixAxisModel::FlangePose(const Joints& joints) const
@@ -35,6 +35,15 @@ Pose SixAxisModel::FlangePose(const Joints& joints) const
 KineArmConfig SixAxisModel::GetArmConfig(Joints& joints) const
 {
     return SixAxisArmConfig(params_, AnglesOf(joints));
+}
+
+void SixAxisModel::ForwardWithConfig(const Joints& joints, const ToolBlock& tool, LazyPose& pose,
+                                     KineArmConfig& config) const
+{
+    const SixAngles q = AnglesOf(joints);
+    const JointSines sines = SinesOf(q);
+    pose = SixAxisToolPose(params_, sines, tool);
+    config = SixAxisArmConfig(params_, q, sines);
 }
 
 void SixAxisModel::GetAxisLimits(AxisLimits& limits) const

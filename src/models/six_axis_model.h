@@ -13,6 +13,8 @@ public:
     [[nodiscard]] LazyPose ForwardKinematics(Joints& joints, const ToolBlock& tool) const override;
     [[nodiscard]] Pose FlangePose(const Joints& joints) const override;
     [[nodiscard]] KineArmConfig GetArmConfig(Joints& joints) const override;
+    void ForwardWithConfig(const Joints& joints, const ToolBlock& tool, LazyPose& pose,
+                           KineArmConfig& config) const override;
     void GetAxisLimits(AxisLimits& limits) const override;
     void SetAxisLimits(const AxisLimits& limits) override;
     [[nodiscard]] KineResult InverseKinematics(const LazyPose& target, const ToolBlock& tool,

@@ -1,4 +1,6 @@
 // Posture and singularity of the six-axis arm.
+//
+// theta2: q2 + pi/2, which the sines of joint 2 are those of; a: theta2 + q3.
 #include "models/six_axis_posture.h"
 
 #include <cmath>
@@ -38,16 +40,42 @@ double WristDistance(const SixAxisParams& p, const SixAngles& q)
     return p.a1 - p.a2 * s2 + p.d4 * c23 - p.a3 * s23;
 }
 
-}  // namespace
+// Share of the largest wrist distance, and rad. Nearer to the axis, or with larger angles, the rounding of sums
+// may decide the side, which is then taken from WristDistance itself.
+constexpr double kCertainSide = 1e-6;
+constexpr double kCertainAngles = 1e6;
 
-KineArmConfig SixAxisArmConfig(const SixAxisParams& params, const SixAngles& q)
+// WristDistance(p, q) < 0, most often without a sine of its own.
+bool IsShoulderBack(const SixAxisParams& p, const SixAngles& q, const JointSines& sines)
 {
-    const bool isShoulderBack = WristDistance(params, q) < 0.0;
+    const SinCos theta2 = sines[1];
+    const SinCos a = SumOf(theta2, sines[2]);
+    const double distance = p.a1 + p.a2 * theta2.cos + p.d4 * a.sin + p.a3 * a.cos;
+    const double largest = std::fabs(p.a1) + std::fabs(p.a2) + p.wristReach;
+    const bool isCertain =
+        std::fabs(distance) > kCertainSide * largest && std::fabs(q[1]) + std::fabs(q[2]) < kCertainAngles;
+    return (isCertain ? distance : WristDistance(p, q)) < 0.0;
+}
+
+KineArmConfig ConfigOf(const SixAxisParams& params, const SixAngles& q, bool isShoulderBack)
+{
     const bool isElbowFar = q[2] >= kHalfPi - params.elbowAngle;
     const bool isWristFlipped = !(q[4] >= 0.0);  // NaN counts as flipped
     return {QuadrantOf(q[0]), QuadrantOf(q[3]), QuadrantOf(q[5]),
             (isShoulderBack ? kShoulderBack : 0) + (isElbowFar ? kElbowFar : 0) +
                 (isWristFlipped ? kWristFlipped : 0)};
+}
+
+}  // namespace
+
+KineArmConfig SixAxisArmConfig(const SixAxisParams& params, const SixAngles& q)
+{
+    return ConfigOf(params, q, WristDistance(params, q) < 0.0);
+}
+
+KineArmConfig SixAxisArmConfig(const SixAxisParams& params, const SixAngles& q, const JointSines& sines)
+{
+    return ConfigOf(params, q, IsShoulderBack(params, q, sines));
 }
 
 std::uint32_t SixAxisSingularity(const SixAxisParams& params, const SixAngles& q, std::uint32_t kind)

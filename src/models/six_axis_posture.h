@@ -16,6 +16,9 @@ inline constexpr std::int32_t kMaxPosture = 7;
 
 KineArmConfig SixAxisArmConfig(const SixAxisParams& params, const SixAngles& q);
 
+// The same with the sines of q at hand.
+KineArmConfig SixAxisArmConfig(const SixAxisParams& params, const SixAngles& q, const JointSines& sines);
+
 // Bit 0: wrist centre near the joint-1 axis; bit 1: elbow stretched or folded; bit 2: wrist straight.
 std::uint32_t SixAxisSingularity(const SixAxisParams& params, const SixAngles& q, std::uint32_t kind);
 

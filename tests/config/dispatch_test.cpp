@@ -9,6 +9,7 @@
 #include "support/naive_arms.h"
 #include "support/records.h"
 #include "support/sample_arms.h"
+#include "support/seeded_random.h"
 #include "support/stores.h"
 
 using namespace kine;
@@ -72,6 +73,25 @@ TEST(ForwardKinematics, reaches_the_model_of_the_type_and_leaves_the_joints_alon
         EXPECT_EQ(ForwardKinematics(store, joints, kTool, pose), 0u);
         EXPECT_TRUE(PoseIs(pose, ExpectedFlange(type, joints) * MatrixOf(kTool.frame))) << type;
         EXPECT_TRUE(SameBits(joints, SomeJoints()));
+    }
+}
+
+TEST(ForwardKinematics, with_the_configuration_is_both_calls_in_one)
+{
+    SeededRandom random(8120);
+    for (const std::int32_t type : {kFour, kSix, k4110}) {
+        const Store store = ThreeArms(type);
+        for (int i = 0; i < 200; ++i) {
+            Joints joints = SomeJoints();
+            for (double& axis : joints.axis) axis = random.Uniform(-7.0, 7.0);
+            LazyPose pose, expectedPose;
+            KineArmConfig config{}, expectedConfig{};
+            EXPECT_EQ(ForwardKinematics(store, joints, kTool, pose, config), 0u);
+            EXPECT_EQ(ForwardKinematics(store, joints, kTool, expectedPose), 0u);
+            EXPECT_EQ(GetArmConfig(store, joints, expectedConfig), 0u);
+            EXPECT_TRUE(SamePoseBits(pose, expectedPose));
+            EXPECT_TRUE(SameBits(config, expectedConfig));
+        }
     }
 }
 

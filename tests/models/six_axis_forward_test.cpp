@@ -65,7 +65,7 @@ TEST(SixAxisFrame5Pose, of_the_example_arm_at_zero)
 
 TEST(SixAxisToolPose, of_the_example_arm_at_zero)
 {
-    const Pose pose = SixAxisToolPose(ParamsOf(ExampleArm()), kZero, NoTool());
+    const Pose pose = SixAxisToolPose(ParamsOf(ExampleArm()), SinesOf(kZero), NoTool());
     ExpectNear(Vec3{pose.x, pose.y, pose.z}, {-380.0, 0.0, -250.0}, 1e-12);
 }
 
@@ -73,7 +73,7 @@ TEST(SixAxisToolPose, of_the_nominal_arm_at_zero_points_forward)
 {
     // Upper arm up from (100, 300), elbow offset on top, forearm and flange level.
     const KineKinematicParam param = test::NominalSixAxis({100.0, 500.0, 50.0, 400.0, 80.0, 300.0, 0.0});
-    const Pose pose = SixAxisToolPose(ParamsOf(param), kZero, NoTool());
+    const Pose pose = SixAxisToolPose(ParamsOf(param), SinesOf(kZero), NoTool());
     ExpectNear(Vec3{pose.x, pose.y, pose.z}, {580.0, 0.0, 850.0}, 1e-12);
     // Flange: z forward, x up, so that y points to -Y... x up, y = z x x = (1,0,0) x (0,0,1) = (0,-1,0).
     ExpectNear(PoseToMatrix(pose).r, {0.0, 0.0, 1.0, 0.0, -1.0, 0.0, 1.0, 0.0, 0.0}, 1e-15);
@@ -86,7 +86,7 @@ TEST(SixAxisToolPose, of_the_puma_at_its_textbook_poses)
         SixAngles q{};
         const std::array<double, 6> degrees = test::PumaJointsDeg(textbook);
         for (std::size_t i = 0; i < 6; ++i) q[i] = degrees[i] * DEG2RAD;
-        return SixAxisToolPose(params, q, NoTool());
+        return SixAxisToolPose(params, SinesOf(q), NoTool());
     };
     ExpectNear(poseOf({}), {452.1, -150.05, 431.8, 0.0, 0.0, 0.0}, 1e-10, 1e-14);
     const Pose pose = poseOf({0.1, 0.2, 0.3, 0.4, 0.5, 0.6});
@@ -105,9 +105,10 @@ TEST(SixAxisToolPose, sags_under_its_payload)
     param.SixAxis.k3 = 1e5;
     param.SixAxis.k5 = 3e4;
     const SixAxisParams params = ParamsOf(param);
-    EXPECT_NEAR(SixAxisToolPose(params, kZero, Carrying(10.0, {})).AsPose().z, 849.6403790922636, 1e-10);
-    EXPECT_NEAR(SixAxisToolPose(params, kZero, Carrying(10.0, {0.0, 0.0, 0.1})).AsPose().z, 849.5436737156,
+    EXPECT_NEAR(SixAxisToolPose(params, SinesOf(kZero), Carrying(10.0, {})).AsPose().z, 849.6403790922636,
                 1e-10);
+    EXPECT_NEAR(SixAxisToolPose(params, SinesOf(kZero), Carrying(10.0, {0.0, 0.0, 0.1})).AsPose().z,
+                849.5436737156, 1e-10);
 }
 
 TEST(SixAxisToolPose, is_the_product_of_links_and_tool_on_the_bent_arm)
@@ -120,7 +121,7 @@ TEST(SixAxisToolPose, is_the_product_of_links_and_tool_on_the_bent_arm)
         SCOPED_TRACE(::testing::Message() << i << ": " << q[0] << ' ' << q[1] << ' ' << q[2] << ' ' << q[3]
                                           << ' ' << q[4] << ' ' << q[5]);
         const HomMatrix expected = test::ToHom(test::RefToolPoint(param.SixAxis, q, tool));
-        ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), q, tool)), expected, 1e-8);
+        ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), SinesOf(q), tool)), expected, 1e-8);
     }
 }
 
@@ -164,7 +165,7 @@ TEST(SixAxisFrame5Pose, is_the_flange_less_joint_6_and_d6)
 {
     const KineKinematicParam param = test::WristArm();
     const SixAngles q{0.1, 0.2, 0.3, 0.4, 0.5, 0.6};
-    const HomMatrix flange = PoseToMatrix(SixAxisToolPose(ParamsOf(param), q, NoTool()));
+    const HomMatrix flange = PoseToMatrix(SixAxisToolPose(ParamsOf(param), SinesOf(q), NoTool()));
     const HomMatrix frame5 = PoseToMatrix(SixAxisFrame5Pose(ParamsOf(param), q));
     ExpectNear(MatrixInverse(frame5) * flange, PoseToMatrix({0.0, 0.0, 85.0, 0.6, 0.0, 0.0}), 1e-12);
 }
@@ -177,8 +178,8 @@ TEST(SixAxisToolPose, of_very_stiff_joints_is_the_plain_chain)
     param.SixAxis.k5 = 1e18;
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
     const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, q).flange);
-    ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), q, Carrying(50.0, {0.1, 0.1, 0.1}))), expected,
-               1e-9);
+    ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), SinesOf(q), Carrying(50.0, {0.1, 0.1, 0.1}))),
+               expected, 1e-9);
 }
 
 TEST(SixAxisToolPose, of_zero_stiffness_in_any_joint_is_the_plain_chain)
@@ -188,7 +189,8 @@ TEST(SixAxisToolPose, of_zero_stiffness_in_any_joint_is_the_plain_chain)
         KineKinematicParam param = test::CalibratedWristArm();
         param.SixAxis.*stiffness = 0.0;
         const HomMatrix expected = test::ToHom(test::NaiveSixAxisChain(param.SixAxis, q).flange);
-        ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), q, Carrying(5.0, {}))), expected, 1e-9);
+        ExpectNear(PoseToMatrix(SixAxisToolPose(ParamsOf(param), SinesOf(q), Carrying(5.0, {}))), expected,
+                   1e-9);
     }
 }
 
@@ -201,29 +203,30 @@ TEST(SixAxisToolPose, of_a_load_that_bends_a_joint_by_two_degrees_is_the_plain_c
     param.SixAxis.k5 = 1e3;
     const double limitMass = 0.03490658503988659 * 1e6 / (9.8 * 85.0);
     const double sag =
-        SixAxisToolPose(ParamsOf(param), kZero, Carrying(limitMass * (1.0 - 1e-9), {})).AsPose().z;
+        SixAxisToolPose(ParamsOf(param), SinesOf(kZero), Carrying(limitMass * (1.0 - 1e-9), {})).AsPose().z;
     EXPECT_LT(sag, 615.0 + 705.0 + 135.0 - 85.0 * std::sin(0.0349));
-    EXPECT_NEAR(SixAxisToolPose(ParamsOf(param), kZero, Carrying(limitMass * (1.0 + 1e-9), {})).AsPose().z,
-                615.0 + 705.0 + 135.0, 1e-9);
+    EXPECT_NEAR(
+        SixAxisToolPose(ParamsOf(param), SinesOf(kZero), Carrying(limitMass * (1.0 + 1e-9), {})).AsPose().z,
+        615.0 + 705.0 + 135.0, 1e-9);
 }
 
 TEST(SixAxisToolPose, d1_only_lifts_the_arm)
 {
     KineKinematicParam param = test::CalibratedWristArm();
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
-    Pose expected = SixAxisToolPose(ParamsOf(param), q, NoTool());
+    Pose expected = SixAxisToolPose(ParamsOf(param), SinesOf(q), NoTool());
     param.SixAxis.d1 += 123.0;
     expected.z += 123.0;
-    ExpectNear(SixAxisToolPose(ParamsOf(param), q, NoTool()), expected, 1e-10, 1e-14);
+    ExpectNear(SixAxisToolPose(ParamsOf(param), SinesOf(q), NoTool()), expected, 1e-10, 1e-14);
 }
 
 TEST(SixAxisToolPose, is_unaffected_by_the_lateral_offset)
 {
     KineKinematicParam param = test::CalibratedWristArm();
     const SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
-    const Pose expected = SixAxisToolPose(ParamsOf(param), q, NoTool());
+    const Pose expected = SixAxisToolPose(ParamsOf(param), SinesOf(q), NoTool());
     param.SixAxis.lateralOffset = kNan;
-    EXPECT_TRUE(test::SameBits(SixAxisToolPose(ParamsOf(param), q, NoTool()).AsPose(), expected));
+    EXPECT_TRUE(test::SameBits(SixAxisToolPose(ParamsOf(param), SinesOf(q), NoTool()).AsPose(), expected));
 }
 
 TEST(SixAxisToolPose, passes_nan_and_infinity_on)
@@ -234,7 +237,7 @@ TEST(SixAxisToolPose, passes_nan_and_infinity_on)
             SCOPED_TRACE(::testing::Message() << bad << " in joint " << i + 1);
             SixAngles q{0.1, -0.2, 0.3, 0.4, 0.5, 0.6};
             q[i] = bad;
-            const Pose pose = SixAxisToolPose(params, q, NoTool());
+            const Pose pose = SixAxisToolPose(params, SinesOf(q), NoTool());
             EXPECT_TRUE(std::isnan(pose.a) || std::isnan(pose.b) || std::isnan(pose.c));
             EXPECT_EQ(std::isnan(SixAxisFrame5Pose(params, q).x), i < 5);
         }

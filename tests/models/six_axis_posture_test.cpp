@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "models/six_axis_forward.h"
+
 #include "support/math_compare.h"
 #include "support/sample_arms.h"
 #include "support/seeded_random.h"
@@ -17,6 +19,14 @@ using test::kInf;
 using test::kNan;
 using test::ParamsOf;
 
+// Of the joints alone and with their sines at hand, which must agree.
+KineArmConfig ConfigOf(const SixAxisParams& params, const SixAngles& q)
+{
+    const KineArmConfig config = SixAxisArmConfig(params, q);
+    EXPECT_TRUE(test::SameBits(config, SixAxisArmConfig(params, q, SinesOf(q)))) << test::Shown(q);
+    return config;
+}
+
 // Straight elbow, no shoulder offset.
 SixAxisParams PlainArm(double a1, double a2, double d4)
 {
@@ -30,11 +40,11 @@ constexpr SixAngles kFoldedForward{0.0, kHalfPi, -kHalfPi, 0.0, 1.0, 0.0};
 TEST(SixAxisArmConfig, turn_numbers_are_the_quadrants_of_axes_1_4_and_6)
 {
     const SixAxisParams params = ParamsOf(test::WristArm());
-    const KineArmConfig config = SixAxisArmConfig(params, {0.5, 20.0, 30.0, kPi, 20.0, -kHalfPi});
+    const KineArmConfig config = ConfigOf(params, {0.5, 20.0, 30.0, kPi, 20.0, -kHalfPi});
     EXPECT_EQ(config.Cfg1, 0);
     EXPECT_EQ(config.Cfg2, 2);
     EXPECT_EQ(config.Cfg3, -1);
-    const KineArmConfig other = SixAxisArmConfig(params, {-13.0, 0.0, 0.0, 13.0, 0.0, 100.0});
+    const KineArmConfig other = ConfigOf(params, {-13.0, 0.0, 0.0, 13.0, 0.0, 100.0});
     EXPECT_EQ(other.Cfg1, -9);  // -13 is 8.28 quarters below 0
     EXPECT_EQ(other.Cfg2, 8);
     EXPECT_EQ(other.Cfg3, 63);  // 63.66 quarters
@@ -43,18 +53,18 @@ TEST(SixAxisArmConfig, turn_numbers_are_the_quadrants_of_axes_1_4_and_6)
 TEST(SixAxisArmConfig, turn_boundaries_are_lower_by_the_bias_on_both_sides_of_zero)
 {
     const SixAxisParams params = ParamsOf(test::WristArm());
-    EXPECT_EQ(SixAxisArmConfig(params, {-1e-6, 0.0, 0.0, 0.0, 0.0, 0.0}).Cfg1, 0);
-    EXPECT_EQ(SixAxisArmConfig(params, {-1e-4, 0.0, 0.0, 0.0, 0.0, 0.0}).Cfg1, -1);
-    EXPECT_EQ(SixAxisArmConfig(params, {0.0, 0.0, 0.0, kHalfPi - 8e-6, 0.0, 0.0}).Cfg2, 1);
-    EXPECT_EQ(SixAxisArmConfig(params, {0.0, 0.0, 0.0, kHalfPi - 9e-6, 0.0, 0.0}).Cfg2, 0);
-    EXPECT_EQ(SixAxisArmConfig(params, {0.0, 0.0, 0.0, 0.0, 0.0, -8e-6}).Cfg3, 0);
-    EXPECT_EQ(SixAxisArmConfig(params, {0.0, 0.0, 0.0, 0.0, 0.0, -9e-6}).Cfg3, -1);
+    EXPECT_EQ(ConfigOf(params, {-1e-6, 0.0, 0.0, 0.0, 0.0, 0.0}).Cfg1, 0);
+    EXPECT_EQ(ConfigOf(params, {-1e-4, 0.0, 0.0, 0.0, 0.0, 0.0}).Cfg1, -1);
+    EXPECT_EQ(ConfigOf(params, {0.0, 0.0, 0.0, kHalfPi - 8e-6, 0.0, 0.0}).Cfg2, 1);
+    EXPECT_EQ(ConfigOf(params, {0.0, 0.0, 0.0, kHalfPi - 9e-6, 0.0, 0.0}).Cfg2, 0);
+    EXPECT_EQ(ConfigOf(params, {0.0, 0.0, 0.0, 0.0, 0.0, -8e-6}).Cfg3, 0);
+    EXPECT_EQ(ConfigOf(params, {0.0, 0.0, 0.0, 0.0, 0.0, -9e-6}).Cfg3, -1);
 }
 
 TEST(SixAxisArmConfig, turn_numbers_of_angles_that_are_no_numbers_are_ends_of_int32)
 {
     const SixAxisParams params = ParamsOf(test::WristArm());
-    const KineArmConfig config = SixAxisArmConfig(params, {kNan, 0.0, 0.0, kInf, 0.0, -kInf});
+    const KineArmConfig config = ConfigOf(params, {kNan, 0.0, 0.0, kInf, 0.0, -kInf});
     EXPECT_EQ(config.Cfg1, INT32_MIN);
     EXPECT_EQ(config.Cfg2, INT32_MAX);
     EXPECT_EQ(config.Cfg3, INT32_MIN);
@@ -64,7 +74,7 @@ TEST(SixAxisArmConfig, wrist_bit_is_set_for_negative_joint_5_only)
 {
     const SixAxisParams params = PlainArm(100.0, 400.0, 400.0);
     const auto postureOf = [&params](double q5) {
-        return SixAxisArmConfig(params, {0.0, 0.0, 0.0, 0.0, q5, 0.0}).Cfg4;
+        return ConfigOf(params, {0.0, 0.0, 0.0, 0.0, q5, 0.0}).Cfg4;
     };
     EXPECT_EQ(postureOf(1.0), 0);
     EXPECT_EQ(postureOf(5e-324), 0);
@@ -82,7 +92,7 @@ TEST(SixAxisArmConfig, elbow_bit_is_set_from_the_stretched_arm_on)
 {
     const SixAxisParams straight = PlainArm(500.0, 400.0, 400.0);
     const auto postureOf = [&straight](double q3) {
-        return SixAxisArmConfig(straight, {0.0, 0.0, q3, 0.0, 1.0, 0.0}).Cfg4;
+        return ConfigOf(straight, {0.0, 0.0, q3, 0.0, 1.0, 0.0}).Cfg4;
     };
     EXPECT_EQ(postureOf(JustBelow(kHalfPi)), 0);
     EXPECT_EQ(postureOf(kHalfPi), 2);
@@ -96,19 +106,19 @@ TEST(SixAxisArmConfig, elbow_bit_counts_the_elbow_angle)
     // 300-400-500: stretched at 90 degrees less the angle of sine 3/5, the angle of cosine 3/5.
     const SixAxisParams params = ParamsOf(test::NominalSixAxis({900.0, 500.0, 300.0, 400.0, 0.0, 0.0, 0.0}));
     const double stretched = std::acos(0.6);
-    EXPECT_EQ(SixAxisArmConfig(params, {0.0, 0.0, stretched - 1e-12, 0.0, 1.0, 0.0}).Cfg4, 0);
-    EXPECT_EQ(SixAxisArmConfig(params, {0.0, 0.0, stretched + 1e-12, 0.0, 1.0, 0.0}).Cfg4, 2);
-    EXPECT_EQ(SixAxisArmConfig(params, {0.0, 0.0, kHalfPi - params.elbowAngle, 0.0, 1.0, 0.0}).Cfg4, 2);
+    EXPECT_EQ(ConfigOf(params, {0.0, 0.0, stretched - 1e-12, 0.0, 1.0, 0.0}).Cfg4, 0);
+    EXPECT_EQ(ConfigOf(params, {0.0, 0.0, stretched + 1e-12, 0.0, 1.0, 0.0}).Cfg4, 2);
+    EXPECT_EQ(ConfigOf(params, {0.0, 0.0, kHalfPi - params.elbowAngle, 0.0, 1.0, 0.0}).Cfg4, 2);
 }
 
 TEST(SixAxisArmConfig, shoulder_bit_is_set_behind_the_joint_1_axis_only)
 {
-    EXPECT_EQ(SixAxisArmConfig(PlainArm(0.0, 400.0, 400.5), kFoldedForward).Cfg4, 0);
-    EXPECT_EQ(SixAxisArmConfig(PlainArm(0.0, 400.0, 400.0), kFoldedForward).Cfg4, 0);  // on the axis
-    EXPECT_EQ(SixAxisArmConfig(PlainArm(0.0, 400.0, JustBelow(400.0)), kFoldedForward).Cfg4, 4);
-    EXPECT_EQ(SixAxisArmConfig(PlainArm(0.25, 400.0, 399.75), kFoldedForward).Cfg4, 0);
-    EXPECT_EQ(SixAxisArmConfig(PlainArm(0.25, 400.0, 399.5), kFoldedForward).Cfg4, 4);
-    EXPECT_EQ(SixAxisArmConfig(PlainArm(0.0, 400.0, 399.0), {0.0, kNan, 0.0, 0.0, 1.0, 0.0}).Cfg4, 0);
+    EXPECT_EQ(ConfigOf(PlainArm(0.0, 400.0, 400.5), kFoldedForward).Cfg4, 0);
+    EXPECT_EQ(ConfigOf(PlainArm(0.0, 400.0, 400.0), kFoldedForward).Cfg4, 0);  // on the axis
+    EXPECT_EQ(ConfigOf(PlainArm(0.0, 400.0, JustBelow(400.0)), kFoldedForward).Cfg4, 4);
+    EXPECT_EQ(ConfigOf(PlainArm(0.25, 400.0, 399.75), kFoldedForward).Cfg4, 0);
+    EXPECT_EQ(ConfigOf(PlainArm(0.25, 400.0, 399.5), kFoldedForward).Cfg4, 4);
+    EXPECT_EQ(ConfigOf(PlainArm(0.0, 400.0, 399.0), {0.0, kNan, 0.0, 0.0, 1.0, 0.0}).Cfg4, 0);
 }
 
 TEST(SixAxisArmConfig, bits_are_independent)
@@ -127,7 +137,7 @@ TEST(SixAxisArmConfig, bits_are_independent)
         const double elbow = std::atan(135.0 / 755.0);
         const int expected =
             (wrist[0][3] < 0.0 ? 4 : 0) + (q[2] >= std::acos(0.0) - elbow ? 2 : 0) + (q[4] < 0.0 ? 1 : 0);
-        EXPECT_EQ(SixAxisArmConfig(params, q).Cfg4, expected);
+        EXPECT_EQ(ConfigOf(params, q).Cfg4, expected);
         seen |= 1U << static_cast<unsigned>(expected);
     }
     EXPECT_EQ(seen, 0xFFU);
@@ -284,6 +294,46 @@ TEST(SixAxisSingularity, of_nan_is_not_singular)
     EXPECT_EQ(SixAxisSingularity(params, {0.0, 0.0, kHalfPi, 0.0, kNan, 0.0}, 0), 3U);
     EXPECT_EQ(SixAxisSingularity(params, {0.0, kNan, kHalfPi, 0.0, 0.0, 0.0}, 0), 6U);
     EXPECT_EQ(SixAxisSingularity(params, {0.0, 0.0, kNan, 0.0, 0.0, 0.0}, 0), 4U);
+}
+
+// Round angles put the wrist centre of many arms on the axis of joint 1 but for rounding, and steps of every
+// size put it beside it.
+TEST(SixAxisArmConfig, sides_next_to_the_joint_1_axis_do_not_hang_on_where_the_sines_come_from)
+{
+    test::SeededRandom random(2416);
+    for (const SixAxisParams& params :
+         {PlainArm(0.0, 400.0, 400.0), PlainArm(200.0, 400.0, 200.0), ParamsOf(test::Puma()),
+          ParamsOf(test::WristArm()),
+          ParamsOf(test::NominalSixAxis({0.0, 300.0, 40.0, 60.0, 0.0, 0.0, 0.0}))}) {
+        for (int quarter2 = -24; quarter2 <= 24; ++quarter2) {
+            for (int quarter3 = -24; quarter3 <= 24; ++quarter3) {
+                const double q2 = quarter2 * (kHalfPi / 6.0);
+                const double q3 = quarter3 * (kHalfPi / 6.0);
+                const double step = std::pow(10.0, random.Uniform(-18.0, -1.0));
+                static_cast<void>(ConfigOf(params, {0.0, q2, q3, 0.0, 1.0, 0.0}));
+                static_cast<void>(ConfigOf(params, {0.0, q2 + step, q3, 0.0, 1.0, 0.0}));
+                static_cast<void>(ConfigOf(params, {0.0, q2, q3 - step, 0.0, 1.0, 0.0}));
+            }
+        }
+    }
+}
+
+TEST(SixAxisArmConfig, any_joints_have_one_configuration)
+{
+    test::SeededRandom random(2417);
+    for (int i = 0; i < 20000; ++i) {
+        const SixAxisParams params =
+            ParamsOf(test::RandomLinks(random, std::pow(10.0, random.Uniform(1.1, 6.0))));
+        const double size = std::pow(10.0, random.Uniform(-3.0, 6.0));
+        static_cast<void>(ConfigOf(params, test::RandomAngles(random, size)));
+    }
+    for (const double bad : {kNan, kInf, -kInf, 1e300, -1e300}) {
+        for (std::size_t joint = 0; joint < 6; ++joint) {
+            SixAngles q{0.1, 0.2, 0.3, 0.4, 0.5, 0.6};
+            q[joint] = bad;
+            static_cast<void>(ConfigOf(ParamsOf(test::WristArm()), q));
+        }
+    }
 }
 
 }  // namespace

@@ -109,7 +109,7 @@ TEST(SixAxisToolPose, of_the_bent_arm_is_the_product_of_links_and_tool)
         bent += d.q2 != 0.0 ? 1 : 0;
         const HomMatrix expected =
             test::WrittenOutLinks(params, test::WrittenOutBent(q, d)).flange * PoseToMatrix(tool.frame);
-        const LazyPose pose = SixAxisToolPose(params, q, tool);
+        const LazyPose pose = SixAxisToolPose(params, SinesOf(q), tool);
         ExpectTransform(pose.AsMatrix(), expected);
         ExpectNear(pose.Position(), expected.t, kMm);
         // The same from the parameter record, without anything of the library.
@@ -129,7 +129,7 @@ TEST(SixAxisToolPose, of_the_sample_arms_is_the_product_of_links_and_tool)
             const SixAngles q = RandomAngles(random, 7.0);
             const ToolBlock tool = AnyTool(random);
             SCOPED_TRACE(test::Shown(q));
-            ExpectTransform(SixAxisToolPose(ParamsOf(param), q, tool).AsMatrix(),
+            ExpectTransform(SixAxisToolPose(ParamsOf(param), SinesOf(q), tool).AsMatrix(),
                             test::ToHom(test::RefToolPoint(param.SixAxis, q, tool)));
         }
     }

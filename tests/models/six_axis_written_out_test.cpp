@@ -72,7 +72,7 @@ TEST(SixAxisInverse, of_poses_in_reach_is_the_written_out_one)
             const SixAngles q = test::RandomAngles(random, 3.1);
             const ToolBlock tool = AnyTool(random);
             SCOPED_TRACE(test::Shown(q));
-            const LazyPose target = SixAxisToolPose(params, q, tool);
+            const LazyPose target = SixAxisToolPose(params, SinesOf(q), tool);
             for (std::int32_t posture = 0; posture < 8; ++posture) {
                 KineArmConfig config = SixAxisArmConfig(params, q);
                 config.Cfg4 = posture;
@@ -106,14 +106,14 @@ TEST(SixAxisInverse, of_arms_far_from_nominal_is_the_written_out_one)
         const ToolBlock tool = AnyTool(random);
         auto axes = test::Untouched<Axes>();
         auto expected = test::Untouched<Axes>();
-        const LazyPose target = SixAxisToolPose(params, q, tool);
+        const LazyPose target = SixAxisToolPose(params, SinesOf(q), tool);
         const KineArmConfig config = SixAxisArmConfig(params, q);
         const KineResult code = SixAxisInverse(params, target, tool, config, axes);
         EXPECT_EQ(code, test::WrittenOutInverse(params, target, tool, config, expected));
         ++(code == KINE_OK ? solved : refused);
         if (code != KINE_OK) continue;
         // Steps that have not converged hand the rounding of the earlier ones on.
-        const HomMatrix reached = SixAxisToolPose(params, FirstSix(expected), tool).AsMatrix();
+        const HomMatrix reached = SixAxisToolPose(params, SinesOf(FirstSix(expected)), tool).AsMatrix();
         const double distance = Norm(reached.t - target.Position());
         for (std::size_t j = 0; j < 6; ++j) {
             EXPECT_NEAR(axes[j], expected[j], distance < 1e-6 ? kDegrees : 1e-9) << "joint " << j + 1;
