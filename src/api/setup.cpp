@@ -68,11 +68,11 @@ KineResult Kine_SetMechUnitGlobalCfg(uint32_t mechUnitCount, uint32_t extAxisIte
     const auto units = static_cast<std::int32_t>(mechUnitCount);
     const auto items = static_cast<std::int32_t>(extAxisItemCount);
     if (mechUnitCount > static_cast<std::uint32_t>(kMaxMechUnits)) {
-        Print("IsLegalMechUnitAndExtAxisNum:mechUnitCount:%d,%d\n", units, kMaxMechUnits);
+        Print("IsLegalMechUnitAndExtAxisNum:mechUnitCount:%d,%d\n", {units, kMaxMechUnits});
         return KINE_ERR_MECH_UNIT_COUNT;
     }
     if (extAxisItemCount > static_cast<std::uint32_t>(kMaxExtAxes)) {
-        Print("IsLegalMechUnitAndExtAxisNum:extAxisParamItemCount:%d,%d\n", items, kMaxExtAxes);
+        Print("IsLegalMechUnitAndExtAxisNum:extAxisParamItemCount:%d,%d\n", {items, kMaxExtAxes});
         return KINE_ERR_MECH_UNIT_COUNT;
     }
     store.mechUnits.mechUnitCount = units;
@@ -85,7 +85,7 @@ KineResult Kine_SetMechUnitParam(int32_t index, const KineMechUnit* unit)
     Store& store = Library();
     if (store.mechUnitCfgEnabled == 0) return KINE_OK;
     if (index < 0 || index >= kMaxMechUnits) {
-        Print("IsLegalMechUnit:index:%d,%d\n", index, store.mechUnits.mechUnitCount);
+        Print("IsLegalMechUnit:index:%d,%d\n", {index, store.mechUnits.mechUnitCount});
         return KINE_ERR_MECH_UNIT;
     }
     if (unit == nullptr) return KINE_ERR_MECH_UNIT;
@@ -98,7 +98,7 @@ KineResult Kine_SetMechUnitParam(int32_t index, const KineMechUnit* unit)
         Print(
             "IsLegalMechUnit\xA3\xBA"
             "pArmMechUnit->AxisCount,pMechUnitAndExtAxisPara->ExtAxisNum:%d,%d\n",
-            axisCount, items);
+            {axisCount, items});
         return KINE_ERR_MECH_UNIT;
     }
 
@@ -114,7 +114,7 @@ KineResult Kine_SetExtAxisParam(int32_t index, const KineExtAxisParam* param)
     Store& store = Library();
     if (store.mechUnitCfgEnabled == 0) return KINE_OK;
     if (index < 0 || index >= kMaxExtAxes) {
-        Print("IsLegalExtAxisParam:index:%d,%d\n", index, store.mechUnits.extAxisItemCount);
+        Print("IsLegalExtAxisParam:index:%d,%d\n", {index, store.mechUnits.extAxisItemCount});
         return KINE_ERR_EXT_AXIS_PARAM;
     }
     if (param == nullptr) return KINE_ERR_EXT_AXIS_PARAM;

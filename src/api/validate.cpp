@@ -15,7 +15,7 @@ bool IsLegalWobj(const Store& store, const KineWobj& wobj)
         // Signed: a negative index passes, and the frame services refuse it.
         const std::int32_t count = store.mechUnits.mechUnitCount;
         if (wobj.MechUnitIndex == 0 || wobj.MechUnitIndex >= count) {
-            Print("IsLegalWobj,!pWobj->UFFix:%d;\n", count);
+            Print("IsLegalWobj,!pWobj->UFFix:%d;\n", {count});
             return false;
         }
     }

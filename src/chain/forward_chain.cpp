@@ -16,7 +16,7 @@ namespace {
 // Prints the line of a step that failed; passes the code on.
 KineResult FkStep(int step, KineResult code)
 {
-    if (code != KINE_OK) Print("FK Error %d:%d\n", step, static_cast<int>(code));
+    if (code != KINE_OK) Print("FK Error %d:%d\n", {step, static_cast<std::int32_t>(code)});
     return code;
 }
 

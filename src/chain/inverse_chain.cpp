@@ -13,7 +13,7 @@ namespace {
 // Prints the line of a step that failed; passes the code on.
 KineResult IkStep(int step, KineResult code)
 {
-    if (code != KINE_OK) Print("IK error %d:%d\n", step, static_cast<int>(code));
+    if (code != KINE_OK) Print("IK error %d:%d\n", {step, static_cast<std::int32_t>(code)});
     return code;
 }
 

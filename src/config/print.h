@@ -2,12 +2,18 @@
 // nothing.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <string_view>
+
 namespace kine {
 
-// Prints the text and flushes, so that a line is out before the call that caused it returns.
-#if defined(__GNUC__)
-__attribute__((format(printf, 1, 2)))
-#endif
-void Print(const char* format, ...);
+// Bytes of the longest line; what goes beyond is cut.
+inline constexpr std::size_t kMaxLine = 256;
+
+// Prints the text, each "%d" in it replaced by the next of the numbers while there are any, and flushes, so
+// that a line is out before the call that caused it returns. A line goes out in one piece.
+void Print(std::string_view text, std::initializer_list<std::int32_t> numbers = {});
 
 }  // namespace kine
