@@ -105,10 +105,9 @@ FramePoints PointsOnMechUnit(const MechUnitBlock& units, std::int32_t unit,
     const FrameDescriptor lastAxis{kOnMechUnit, unit, {}};
     FramePoints points{};
     for (std::size_t i = 0; i < points.size(); ++i) {
-        PoseRecord onUnit{};
+        PoseRecord onUnit = taught[i];
         // A failed conversion is not reported: it leaves zero, and equal points are refused by the solver.
-        static_cast<void>(WorldToFrame(units, taught[i], lastAxis, onUnit));
-        points[i] = PointOf(onUnit);
+        if (WorldToFrame(units, lastAxis, onUnit) == KINE_OK) points[i] = PointOf(onUnit);
     }
     return points;
 }

@@ -1,5 +1,5 @@
 // Joints to the tool centre point in the base, flange, world or work object. Every failing step prints its
-// numbered line once; the result is written only on success.
+// numbered line once; the record is of no use then.
 #pragma once
 
 #include "KineDll.h"

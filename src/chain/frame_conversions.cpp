@@ -7,16 +7,14 @@ namespace kine {
 
 namespace {
 
-KineResult BaseToWobj(const Store& store, const PoseRecord& inBase, const Tool& tool, const Wobj& wobj,
-                      PoseRecord& inWobj)
+// On its way record is given in the base, the world and the frame of the object in the cell.
+KineResult BaseToWobj(const Store& store, const Tool& tool, const Wobj& wobj, PoseRecord& record)
 {
-    PoseRecord inWorld{};
-    PoseRecord inObject{};
     FrameDescriptor descriptor{};
-    if (const KineResult code = FrameToWorld(store.mechUnits, inBase, store.mounting, inWorld)) return code;
+    if (const KineResult code = FrameToWorld(store.mechUnits, store.mounting, record)) return code;
     if (const KineResult code = MakeFrameDescriptor(tool, wobj, descriptor)) return code;
-    if (const KineResult code = WorldToFrame(store.mechUnits, inWorld, descriptor, inObject)) return code;
-    return ToolRelativePose(inObject, tool, wobj, inWobj);
+    if (const KineResult code = WorldToFrame(store.mechUnits, descriptor, record)) return code;
+    return ToolRelativePose(tool, wobj, record);
 }
 
 }  // namespace
@@ -41,13 +39,14 @@ PoseRecord HeldWobjToWorld(const PoseRecord& inWobj, const Wobj& wobj, const Laz
 KineResult CoordinateToWobj(const Store& store, std::int32_t mode, const PoseRecord& pose, const Tool& tool,
                             const Wobj& wobj, PoseRecord& result)
 {
-    if (mode == kFromBaseToWobj) return BaseToWobj(store, pose, tool, wobj, result);
-    if (mode == kFromWorldToFixedWobj) {
+    PoseRecord converted = pose;
+    if (mode == kFromBaseToWobj) {
+        if (const KineResult code = BaseToWobj(store, tool, wobj, converted)) return code;
+    } else if (mode == kFromWorldToFixedWobj) {
         if (IsHeld(tool)) return KINE_ERR_CRD_WOBJ;
-        result = WorldToFixedWobj(pose, wobj);
-        return KINE_OK;
+        converted = WorldToFixedWobj(pose, wobj);
     }
-    result = pose;
+    result = converted;
     return KINE_OK;
 }
 

@@ -50,18 +50,9 @@ HomMatrix UnitTransform(const UnitPosition& position)
 }
 
 // A product with the zero frame changes nothing, but for numbers that are not finite: those spread.
-bool IsProductNeeded(const LazyPose& frame, const HomMatrix& m) { return !frame.IsZero() || !IsFinite(m); }
-
-// frame * m.
-HomMatrix Through(const LazyPose& frame, const HomMatrix& m)
+bool IsProductNeeded(const LazyPose& frame, const LazyPose& pose)
 {
-    return IsProductNeeded(frame, m) ? frame.AsMatrix() * m : m;
-}
-
-// The inverse of frame * m.
-HomMatrix BackThrough(const LazyPose& frame, const HomMatrix& m)
-{
-    return IsProductNeeded(frame, m) ? MatrixInverse(frame.AsMatrix()) * m : m;
+    return !frame.IsZero() || !pose.IsFiniteMatrix();
 }
 
 bool IsAtOrigin(const HomMatrix& axisFrame)
@@ -114,49 +105,44 @@ KineResult DescribeObjectInCell(const Tool& tool, const Wobj& wobj, FrameDescrip
     return KINE_OK;
 }
 
-KineResult FrameToWorld(const MechUnitBlock& units, const PoseRecord& inFrame,
-                        const FrameDescriptor& descriptor, PoseRecord& inWorld)
+KineResult FrameToWorld(const MechUnitBlock& units, const FrameDescriptor& descriptor, PoseRecord& record)
 {
     if (descriptor.mode == kFixedInWorld) {
-        inWorld = WithFrame(inFrame, Through(descriptor.frame, inFrame.frame.AsMatrix()));
+        if (IsProductNeeded(descriptor.frame, record.frame))
+            record.frame = LazyPose(descriptor.frame.AsMatrix() * record.frame.AsMatrix());
         return KINE_OK;
     }
     if (descriptor.mode != kOnMechUnit) return KINE_ERR_F2W_MODE;
 
     UnitPosition position{};
-    if (!FindUnitPosition(units, descriptor.unit, inFrame.extAxis, position)) return KINE_ERR_F2W_UNIT_KIND;
-    inWorld =
-        WithFrame(inFrame, UnitTransform(position) * descriptor.frame.AsMatrix() * inFrame.frame.AsMatrix());
+    if (!FindUnitPosition(units, descriptor.unit, record.extAxis, position)) return KINE_ERR_F2W_UNIT_KIND;
+    record.frame = LazyPose(UnitTransform(position) * descriptor.frame.AsMatrix() * record.frame.AsMatrix());
     return KINE_OK;
 }
 
-KineResult WorldToFrame(const MechUnitBlock& units, const PoseRecord& inWorld,
-                        const FrameDescriptor& descriptor, PoseRecord& inFrame)
+KineResult WorldToFrame(const MechUnitBlock& units, const FrameDescriptor& descriptor, PoseRecord& record)
 {
     if (descriptor.mode == kFixedInWorld) {
-        inFrame = WithFrame(inWorld, BackThrough(descriptor.frame, inWorld.frame.AsMatrix()));
+        if (IsProductNeeded(descriptor.frame, record.frame))
+            record.frame = LazyPose(MatrixInverse(descriptor.frame.AsMatrix()) * record.frame.AsMatrix());
         return KINE_OK;
     }
     if (descriptor.mode != kOnMechUnit) return KINE_ERR_W2F_MODE;
 
     UnitPosition position{};
-    if (!FindUnitPosition(units, descriptor.unit, inWorld.extAxis, position)) return KINE_ERR_W2F_UNIT_KIND;
+    if (!FindUnitPosition(units, descriptor.unit, record.extAxis, position)) return KINE_ERR_W2F_UNIT_KIND;
     if (HasRotaryAxisAtOrigin(*position.unit)) return KINE_ERR_AXIS_ORIGIN;
-    inFrame = WithFrame(inWorld, MatrixInverse(descriptor.frame.AsMatrix()) *
-                                     MatrixInverse(UnitTransform(position)) * inWorld.frame.AsMatrix());
+    record.frame = LazyPose(MatrixInverse(descriptor.frame.AsMatrix()) *
+                            MatrixInverse(UnitTransform(position)) * record.frame.AsMatrix());
     return KINE_OK;
 }
 
-PoseRecord InvertFrame(const PoseRecord& record)
-{
-    return WithFrame(record, MatrixInverse(record.frame.AsMatrix()));
-}
+void InvertFrame(PoseRecord& record) { record.frame = LazyPose(MatrixInverse(record.frame.AsMatrix())); }
 
-KineResult ToolRelativePose(const PoseRecord& record, const Tool& tool, const Wobj& wobj,
-                            PoseRecord& relative)
+KineResult ToolRelativePose(const Tool& tool, const Wobj& wobj, PoseRecord& record)
 {
     if (IsHoldConflict(tool, wobj)) return KINE_ERR_CHAIN_3;
-    relative = IsHeld(tool) ? record : InvertFrame(record);
+    if (!IsHeld(tool)) InvertFrame(record);
     return KINE_OK;
 }
 

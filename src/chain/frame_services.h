@@ -23,24 +23,26 @@ namespace kine {
 [[nodiscard]] KineResult DescribeObjectInCell(const Tool& tool, const Wobj& wobj,
                                               FrameDescriptor& descriptor);
 
-// Expresses a pose given in the described frame in the world. The external axes of the pose place the
-// mechanical unit. Configuration and external axes are copied. Codes: KINE_ERR_F2W_MODE,
-// KINE_ERR_F2W_UNIT_KIND (the unit is not usable: its index, kind, axes or driving external axes).
-[[nodiscard]] KineResult FrameToWorld(const MechUnitBlock& units, const PoseRecord& inFrame,
-                                      const FrameDescriptor& descriptor, PoseRecord& inWorld);
+// The services below change the frame of a record in place, and nothing when they fail: configuration and
+// external axes go with it as they are.
+
+// From the described frame to the world. The external axes of the record place the mechanical unit. Codes:
+// KINE_ERR_F2W_MODE, KINE_ERR_F2W_UNIT_KIND (the unit is not usable: its index, kind, axes or driving external
+// axes).
+[[nodiscard]] KineResult FrameToWorld(const MechUnitBlock& units, const FrameDescriptor& descriptor,
+                                      PoseRecord& record);
 
 // The way back. Codes in this order: KINE_ERR_W2F_MODE, KINE_ERR_W2F_UNIT_KIND (as above),
 // KINE_ERR_AXIS_ORIGIN for a rotary axis whose frame lies exactly at the origin: it was never set up.
-[[nodiscard]] KineResult WorldToFrame(const MechUnitBlock& units, const PoseRecord& inWorld,
-                                      const FrameDescriptor& descriptor, PoseRecord& inFrame);
+[[nodiscard]] KineResult WorldToFrame(const MechUnitBlock& units, const FrameDescriptor& descriptor,
+                                      PoseRecord& record);
 
-// The record with its frame inverted; configuration and external axes are kept.
-PoseRecord InvertFrame(const PoseRecord& record);
+// The pose of the reference frame seen from the record's.
+void InvertFrame(PoseRecord& record);
 
 // From the carried frame in the frame of the other object to the tool centre point in the work object: the
 // record as it is with a held tool, its inverse with a stationary one. KINE_ERR_CHAIN_3 when the hold flags
 // contradict; the chains check the hold first.
-[[nodiscard]] KineResult ToolRelativePose(const PoseRecord& record, const Tool& tool, const Wobj& wobj,
-                                          PoseRecord& relative);
+[[nodiscard]] KineResult ToolRelativePose(const Tool& tool, const Wobj& wobj, PoseRecord& record);
 
 }  // namespace kine

@@ -28,10 +28,10 @@ KineResult MakeToolBlock(const Tool& tool, const Wobj& wobj, const Load& payload
 
 }  // namespace
 
-KineResult RelativeTarget(const PoseRecord& target, const Tool& tool, const Wobj& wobj, PoseRecord& relative)
+KineResult RelativeTarget(const Tool& tool, const Wobj& wobj, PoseRecord& target)
 {
     if (IsHoldConflict(tool, wobj)) return KINE_ERR_CHAIN_4;
-    relative = IsHeld(tool) ? target : InvertFrame(target);
+    if (!IsHeld(tool)) InvertFrame(target);
     return KINE_OK;
 }
 
@@ -41,26 +41,19 @@ KineResult WobjToJoint(const Store& store, const InverseRequest& request, Joints
     // A configuration out of reach ends the call before anything else, without a line.
     if (const KineResult code = CheckArmConfig(store, target.config)) return code;
 
-    PoseRecord relative{};
+    // The target on its way: in the frame of the object in the cell, in the world, in the base.
+    PoseRecord pose = target;
     FrameDescriptor descriptor{};
-    PoseRecord inWorld{};
-    PoseRecord inBase{};
     ToolBlock block{};
-    Joints solution{};
     if (const KineResult code = IkStep(0, CheckHold(tool, wobj))) return code;
-    if (const KineResult code = IkStep(0, RelativeTarget(target, tool, wobj, relative))) return code;
+    if (const KineResult code = IkStep(0, RelativeTarget(tool, wobj, pose))) return code;
     if (const KineResult code = IkStep(1, MakeFrameDescriptor(tool, wobj, descriptor))) return code;
-    if (const KineResult code = IkStep(2, FrameToWorld(store.mechUnits, relative, descriptor, inWorld)))
-        return code;
-    if (const KineResult code = IkStep(3, WorldToFrame(store.mechUnits, inWorld, store.mounting, inBase)))
-        return code;
+    if (const KineResult code = IkStep(2, FrameToWorld(store.mechUnits, descriptor, pose))) return code;
+    if (const KineResult code = IkStep(3, WorldToFrame(store.mechUnits, store.mounting, pose))) return code;
     if (const KineResult code = IkStep(4, MakeToolBlock(tool, wobj, payload, block))) return code;
-    if (const KineResult code =
-            IkStep(5, InverseKinematics(store, inBase.frame, block, inBase.config, solution))) {
+    if (const KineResult code = IkStep(5, InverseKinematics(store, pose.frame, block, pose.config, joints)))
         return code;
-    }
-    joints = solution;
-    joints.extAxis = inBase.extAxis;
+    joints.extAxis = pose.extAxis;
     return KINE_OK;
 }
 

@@ -282,8 +282,7 @@ KineResult SixAxisInverse(const SixAxisParams& params, const LazyPose& target, c
         !IsTurnNumberServed(config.Cfg3)) {
         return KINE_ERR_CONFIG;
     }
-    if (IsPosture(config.Cfg4) && IsTipOutOfReach(params, target, tool.frame))
-        return KINE_ERR_IK_7;
+    if (IsPosture(config.Cfg4) && IsTipOutOfReach(params, target, tool.frame)) return KINE_ERR_IK_7;
     const HomMatrix flange = LazyPose(target.AsMatrix() * MatrixInverse(PoseToMatrix(tool.frame))).AsMatrix();
 
     std::array<double, 8> start{};

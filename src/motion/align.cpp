@@ -87,10 +87,8 @@ KineResult CarriedInReference(const Store& store, const AlignRequest& request, c
         const ForwardRequest forward{request.current, request.tool, request.wobj, request.payload};
         if (const KineResult code = JointToWobj(store, forward, inReference)) return code;
     } else if (request.mode == static_cast<std::int32_t>(AlignMode::kWorld)) {
-        PoseRecord inBase = inReference;
-        inBase.extAxis = request.current.extAxis;
-        if (const KineResult code = FrameToWorld(store.mechUnits, inBase, store.mounting, inReference))
-            return code;
+        inReference.extAxis = request.current.extAxis;
+        if (const KineResult code = FrameToWorld(store.mechUnits, store.mounting, inReference)) return code;
     }
     // By way of the angles, here and below: it brings elements that rounding left next to 1 back to 1,
     // where the angle of an arc cosine would make a turn of them.

@@ -109,9 +109,8 @@ KineResult WorldFromBase(const Store& store, const Joints& current, RotMatrix& r
 {
     PoseRecord base{};
     base.extAxis = current.extAxis;
-    PoseRecord inWorld{};
-    if (const KineResult code = FrameToWorld(store.mechUnits, base, store.mounting, inWorld)) return code;
-    rotation = inWorld.frame.AsMatrix().r;
+    if (const KineResult code = FrameToWorld(store.mechUnits, store.mounting, base)) return code;
+    rotation = base.frame.AsMatrix().r;
     return KINE_OK;
 }
 
@@ -125,7 +124,9 @@ KineResult JogInBase(const Store& store, const InchRequest& request, std::int32_
     block.load = CombineLoad(request.tool.load, request.payload, block.frame);
 
     LazyPose current;
-    if (const KineResult code = ForwardKinematics(store, request.current, block, current)) return code;
+    KineArmConfig config{};
+    if (const KineResult code = ForwardKinematics(store, request.current, block, current, config))
+        return code;
 
     Vec3 direction = LinearDirection(request);
     Vec3 axis = RotationAxis(request, n);
@@ -139,8 +140,6 @@ KineResult JogInBase(const Store& store, const InchRequest& request, std::int32_
     const RotMatrix rotation = RotMultiply(AxisAngleMatrix(axis, request.rotationStep), t.r);
     const Pose moved = PoseOf(rotation, t.t + Scale(request.linearStep, direction));
 
-    KineArmConfig config{};
-    if (const KineResult code = GetArmConfig(store, request.current, config)) return code;
     return InverseKinematics(store, moved, block, config, target);
 }
 

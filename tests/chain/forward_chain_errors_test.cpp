@@ -66,7 +66,6 @@ void ExpectFailure(const NamedChain& chain, const Store& store, const ForwardReq
     KineResult result = 0;
     EXPECT_EQ(PrintedBy([&] { result = chain.run(store, request, answer); }), line);
     EXPECT_EQ(result, code);
-    EXPECT_TRUE(IsUntouched(answer));
 }
 
 void ExpectSuccess(const NamedChain& chain, const Store& store, const ForwardRequest& request)
@@ -266,7 +265,7 @@ TEST(ForwardChains, nan_joints_give_a_nan_pose)
     }
 }
 
-TEST(JointToVision, fails_silently_and_leaves_its_result_alone)
+TEST(JointToVision, fails_silently)
 {
     struct Case
     {
@@ -280,6 +279,5 @@ TEST(JointToVision, fails_silently_and_leaves_its_result_alone)
         store.arm.initState = c.state;
         PoseRecord answer = Untouched<PoseRecord>();
         EXPECT_EQ(PrintedBy([&] { EXPECT_EQ(JointToVision(store, CellJoints(), answer), c.code); }), "");
-        EXPECT_TRUE(IsUntouched(answer));
     }
 }

@@ -46,16 +46,17 @@ MechUnitBlock ThreeUnits()
     return block;
 }
 
-// Both directions refuse with their own code, print nothing and leave the result alone.
+// Both directions refuse with their own code, print nothing and leave the record alone.
 void ExpectRefused(const MechUnitBlock& units, const FrameDescriptor& descriptor, KineResult toWorldCode,
                    KineResult toFrameCode)
 {
     const std::string printed = PrintedBy([&] {
-        PoseRecord result = Untouched<PoseRecord>();
-        EXPECT_EQ(FrameToWorld(units, SomeRecord(), descriptor, result), toWorldCode);
-        EXPECT_TRUE(IsUntouched(result));
-        EXPECT_EQ(WorldToFrame(units, SomeRecord(), descriptor, result), toFrameCode);
-        EXPECT_TRUE(IsUntouched(result));
+        PoseRecord result = SomeRecord();
+        EXPECT_EQ(FrameToWorld(units, descriptor, result), toWorldCode);
+        EXPECT_TRUE(SameRecordBits(result, SomeRecord()));
+        result = SomeRecord();
+        EXPECT_EQ(WorldToFrame(units, descriptor, result), toFrameCode);
+        EXPECT_TRUE(SameRecordBits(result, SomeRecord()));
     });
     EXPECT_EQ(printed, "");
 }
@@ -67,9 +68,10 @@ void ExpectUnitRefused(const MechUnitBlock& units, std::int32_t unit)
 
 void ExpectUnitAccepted(const MechUnitBlock& units, std::int32_t unit)
 {
-    PoseRecord result{};
-    EXPECT_EQ(FrameToWorld(units, SomeRecord(), {3, unit, kFrame}, result), 0u);
-    EXPECT_EQ(WorldToFrame(units, SomeRecord(), {3, unit, kFrame}, result), 0u);
+    PoseRecord result = SomeRecord();
+    EXPECT_EQ(FrameToWorld(units, {3, unit, kFrame}, result), 0u);
+    result = SomeRecord();
+    EXPECT_EQ(WorldToFrame(units, {3, unit, kFrame}, result), 0u);
 }
 
 }  // namespace
@@ -77,16 +79,16 @@ void ExpectUnitAccepted(const MechUnitBlock& units, std::int32_t unit)
 TEST(FrameToWorld, fixed_frame_is_multiplied_from_the_left)
 {
     const PoseRecord record = SomeRecord();
-    PoseRecord world{};
-    EXPECT_EQ(FrameToWorld(ThreeUnits(), record, {2, 0, kFrame}, world), 0u);
+    PoseRecord world = record;
+    EXPECT_EQ(FrameToWorld(ThreeUnits(), {2, 0, kFrame}, world), 0u);
     EXPECT_TRUE(PoseIs(world.frame, MatrixOf(kFrame) * MatrixOf(record.frame)));
 }
 
 TEST(WorldToFrame, fixed_frame_is_inverted_and_multiplied_from_the_left)
 {
     const PoseRecord record = SomeRecord();
-    PoseRecord inFrame{};
-    EXPECT_EQ(WorldToFrame(ThreeUnits(), record, {2, 0, kFrame}, inFrame), 0u);
+    PoseRecord inFrame = record;
+    EXPECT_EQ(WorldToFrame(ThreeUnits(), {2, 0, kFrame}, inFrame), 0u);
     EXPECT_TRUE(PoseIs(inFrame.frame, RigidInverse(MatrixOf(kFrame)) * MatrixOf(record.frame)));
 }
 
@@ -94,15 +96,16 @@ TEST(FrameServices, fixed_frame_does_not_look_at_the_unit)
 {
     const PoseRecord record = SomeRecord();
     for (const std::int32_t unit : {-1, 0, 2, 3, kMax, kMin}) {
-        PoseRecord result{};
-        EXPECT_EQ(FrameToWorld(MechUnitBlock{}, record, {2, unit, kFrame}, result), 0u);
+        PoseRecord result = record;
+        EXPECT_EQ(FrameToWorld(MechUnitBlock{}, {2, unit, kFrame}, result), 0u);
         EXPECT_TRUE(PoseIs(result.frame, MatrixOf(kFrame) * MatrixOf(record.frame)));
-        EXPECT_EQ(WorldToFrame(MechUnitBlock{}, record, {2, unit, kFrame}, result), 0u);
+        result = record;
+        EXPECT_EQ(WorldToFrame(MechUnitBlock{}, {2, unit, kFrame}, result), 0u);
         EXPECT_TRUE(PoseIs(result.frame, RigidInverse(MatrixOf(kFrame)) * MatrixOf(record.frame)));
     }
 }
 
-TEST(FrameServices, configuration_and_external_axes_are_copied_bit_for_bit)
+TEST(FrameServices, configuration_and_external_axes_stay_bit_for_bit)
 {
     PoseRecord record = SomeRecord();
     // Not used by units 1 and 2, so that they may hold anything.
@@ -112,12 +115,12 @@ TEST(FrameServices, configuration_and_external_axes_are_copied_bit_for_bit)
     record.extAxis[5] = 5e-324;
     for (const FrameDescriptor& descriptor :
          {FrameDescriptor{2, 0, kFrame}, FrameDescriptor{3, 1, kFrame}, FrameDescriptor{3, 2, kFrame}}) {
-        PoseRecord result = Untouched<PoseRecord>();
-        EXPECT_EQ(FrameToWorld(ThreeUnits(), record, descriptor, result), 0u);
+        PoseRecord result = record;
+        EXPECT_EQ(FrameToWorld(ThreeUnits(), descriptor, result), 0u);
         EXPECT_TRUE(SameBits(result.config, record.config));
         EXPECT_TRUE(SameBits(result.extAxis, record.extAxis));
-        result = Untouched<PoseRecord>();
-        EXPECT_EQ(WorldToFrame(ThreeUnits(), record, descriptor, result), 0u);
+        result = record;
+        EXPECT_EQ(WorldToFrame(ThreeUnits(), descriptor, result), 0u);
         EXPECT_TRUE(SameBits(result.config, record.config));
         EXPECT_TRUE(SameBits(result.extAxis, record.extAxis));
     }
@@ -248,11 +251,12 @@ TEST(WorldToFrame, rotary_axis_exactly_at_the_origin_is_refused)
                 units.units[0].axisFrame[axis].t = {c.x, c.y, c.z};
                 const bool isTested = kind == kTwoRotaryAxes || (kind == kOneRotaryAxis && axis == 0);
                 const bool refused = c.atOrigin && isTested;
-                PoseRecord result = Untouched<PoseRecord>();
-                EXPECT_EQ(WorldToFrame(units, SomeRecord(), {3, 0, kFrame}, result), refused ? 0x6034u : 0u);
-                EXPECT_EQ(IsUntouched(result), refused);
+                PoseRecord result = SomeRecord();
+                EXPECT_EQ(WorldToFrame(units, {3, 0, kFrame}, result), refused ? 0x6034u : 0u);
+                EXPECT_EQ(SameRecordBits(result, SomeRecord()), refused);
                 // The way to the world asks no such question.
-                EXPECT_EQ(FrameToWorld(units, SomeRecord(), {3, 0, kFrame}, result), 0u);
+                result = SomeRecord();
+                EXPECT_EQ(FrameToWorld(units, {3, 0, kFrame}, result), 0u);
             }
         }
     }
@@ -262,8 +266,8 @@ TEST(WorldToFrame, nan_position_of_an_axis_is_not_the_origin)
 {
     MechUnitBlock units = ThreeUnits();
     units.units[1].axisFrame[0].t = {kNan, 0.0, 0.0};
-    PoseRecord result{};
-    EXPECT_EQ(WorldToFrame(units, SomeRecord(), {3, 1, kFrame}, result), 0u);
+    PoseRecord result = SomeRecord();
+    EXPECT_EQ(WorldToFrame(units, {3, 1, kFrame}, result), 0u);
 }
 
 TEST(WorldToFrame, kind_and_indexes_come_before_the_origin)
@@ -281,6 +285,6 @@ TEST(WorldToFrame, kind_and_indexes_come_before_the_origin)
     units.units[0].unitKind = 4;
     ExpectUnitRefused(units, 0);
     units.units[0].unitKind = kTwoRotaryAxes;
-    PoseRecord result{};
-    EXPECT_EQ(WorldToFrame(units, SomeRecord(), {3, 0, kFrame}, result), 0x6034u);
+    PoseRecord result = SomeRecord();
+    EXPECT_EQ(WorldToFrame(units, {3, 0, kFrame}, result), 0x6034u);
 }

@@ -166,11 +166,11 @@ TEST(ToolRelativePose, keeps_the_record_of_a_held_tool_and_inverts_that_of_a_sta
 {
     ForAllBytes([](const Tool& tool, const Wobj& wobj) {
         const PoseRecord record = SomeRecord();
-        PoseRecord relative = Untouched<PoseRecord>();
-        const KineResult code = ToolRelativePose(record, tool, wobj, relative);
+        PoseRecord relative = record;
+        const KineResult code = ToolRelativePose(tool, wobj, relative);
         if (!IsConsistent(tool, wobj)) {
             EXPECT_EQ(code, 0x6053u);
-            EXPECT_TRUE(IsUntouched(relative));
+            EXPECT_TRUE(SameRecordBits(relative, record));
             return;
         }
         EXPECT_EQ(code, 0u);
@@ -187,11 +187,11 @@ TEST(RelativeTarget, keeps_the_target_of_a_held_tool_and_inverts_that_of_a_stati
 {
     ForAllBytes([](const Tool& tool, const Wobj& wobj) {
         const PoseRecord target = SomeRecord();
-        PoseRecord relative = Untouched<PoseRecord>();
-        const KineResult code = RelativeTarget(target, tool, wobj, relative);
+        PoseRecord relative = target;
+        const KineResult code = RelativeTarget(tool, wobj, relative);
         if (!IsConsistent(tool, wobj)) {
             EXPECT_EQ(code, 0x6054u);
-            EXPECT_TRUE(IsUntouched(relative));
+            EXPECT_TRUE(SameRecordBits(relative, target));
             return;
         }
         EXPECT_EQ(code, 0u);
@@ -209,7 +209,8 @@ TEST(InvertFrame, inverts_the_frame_and_keeps_the_rest)
 {
     PoseRecord record = SomeRecord();
     record.frame = Pose{10.0, 0.0, 5.0, std::acos(0.0), 0.0, 0.0};
-    const PoseRecord inverted = InvertFrame(record);
+    PoseRecord inverted = record;
+    InvertFrame(inverted);
     const Pose frame = inverted.frame;
     EXPECT_NEAR(frame.x, 0.0, 1e-14);
     EXPECT_NEAR(frame.y, 10.0, 1e-14);
@@ -227,9 +228,11 @@ TEST(InvertFrame, of_any_record_is_the_inverse_matrix_and_undoes_itself)
         SCOPED_TRACE(i);
         PoseRecord record = SomeRecord();
         record.frame = RandomPose(random, 900.0);
-        const PoseRecord inverted = InvertFrame(record);
+        PoseRecord inverted = record;
+        InvertFrame(inverted);
         EXPECT_TRUE(PoseIs(inverted.frame, RigidInverse(MatrixOf(record.frame)), 1e-9));
-        EXPECT_TRUE(PoseIs(InvertFrame(inverted).frame, MatrixOf(record.frame), 1e-9));
         ExpectKeptExceptFrame(inverted, record);
+        InvertFrame(inverted);
+        EXPECT_TRUE(PoseIs(inverted.frame, MatrixOf(record.frame), 1e-9));
     }
 }

@@ -41,11 +41,11 @@ void ExpectPlaced(const MechUnitSlot& unit, const std::array<double, 6>& extAxis
     PoseRecord record{};
     record.frame = Pose{10.0, 0.0, 0.0, 0.0, 0.0, 0.0};
     record.extAxis = extAxis;
-    PoseRecord world{};
-    ASSERT_EQ(FrameToWorld(OneUnit(unit), record, {3, 0, {}}, world), 0u);
+    PoseRecord world = record;
+    ASSERT_EQ(FrameToWorld(OneUnit(unit), {3, 0, {}}, world), 0u);
     ExpectPose(world.frame, expected);
-    PoseRecord back{};
-    ASSERT_EQ(WorldToFrame(OneUnit(unit), world, {3, 0, {}}, back), 0u);
+    PoseRecord back = world;
+    ASSERT_EQ(WorldToFrame(OneUnit(unit), {3, 0, {}}, back), 0u);
     ExpectPose(back.frame, record.frame);
 }
 
@@ -135,10 +135,11 @@ TEST(UnitTransform, random_cells_agree_with_plain_matrices)
         PoseRecord record{};
         record.frame = RandomPose(random, 400.0);
         for (double& value : record.extAxis) value = random.Uniform(-720.0, 720.0);
-        PoseRecord result{};
-        ASSERT_EQ(FrameToWorld({}, record, fixed, result), 0u);
+        PoseRecord result = record;
+        ASSERT_EQ(FrameToWorld({}, fixed, result), 0u);
         EXPECT_TRUE(PoseIs(result.frame, MatrixOf(fixed.frame) * MatrixOf(record.frame), 1e-8));
-        ASSERT_EQ(WorldToFrame({}, record, fixed, result), 0u);
+        result = record;
+        ASSERT_EQ(WorldToFrame({}, fixed, result), 0u);
         EXPECT_TRUE(PoseIs(result.frame, RigidInverse(MatrixOf(fixed.frame)) * MatrixOf(record.frame), 1e-8));
         for (const std::int32_t kind : kKinds) {
             SCOPED_TRACE(kind);
@@ -146,9 +147,11 @@ TEST(UnitTransform, random_cells_agree_with_plain_matrices)
             const Mat4 worldFromFrame =
                 NaiveUnit(kind, MatrixOf(first), MatrixOf(second), record.extAxis[2], record.extAxis[5]) *
                 MatrixOf(descriptor.frame);
-            ASSERT_EQ(FrameToWorld(units, record, descriptor, result), 0u);
+            result = record;
+            ASSERT_EQ(FrameToWorld(units, descriptor, result), 0u);
             EXPECT_TRUE(PoseIs(result.frame, worldFromFrame * MatrixOf(record.frame), 1e-8));
-            ASSERT_EQ(WorldToFrame(units, record, descriptor, result), 0u);
+            result = record;
+            ASSERT_EQ(WorldToFrame(units, descriptor, result), 0u);
             EXPECT_TRUE(PoseIs(result.frame, RigidInverse(worldFromFrame) * MatrixOf(record.frame), 1e-8));
         }
     }

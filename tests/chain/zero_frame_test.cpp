@@ -23,7 +23,7 @@ constexpr double kTolerance = 1e-11;
 
 constexpr Pose kZeros{};
 
-using Service = KineResult (*)(const MechUnitBlock&, const PoseRecord&, const FrameDescriptor&, PoseRecord&);
+using Service = KineResult (*)(const MechUnitBlock&, const FrameDescriptor&, PoseRecord&);
 constexpr Service kServices[] = {FrameToWorld, WorldToFrame};
 
 std::array<double, 6> NumbersOf(const Pose& p) { return {p.x, p.y, p.z, p.a, p.b, p.c}; }
@@ -63,10 +63,10 @@ PoseRecord RecordOf(const LazyPose& frame)
 void ExpectFullProduct(Service service, const LazyPose& frame)
 {
     const PoseRecord record = RecordOf(frame);
-    PoseRecord actual = Untouched<PoseRecord>();
-    PoseRecord expected = Untouched<PoseRecord>();
-    ASSERT_EQ(service({}, record, {kFixedInWorld, 0, {}}, actual), 0u);
-    ASSERT_EQ(service({}, record, {kFixedInWorld, 0, kZeros}, expected), 0u);
+    PoseRecord actual = record;
+    PoseRecord expected = record;
+    ASSERT_EQ(service({}, {kFixedInWorld, 0, {}}, actual), 0u);
+    ASSERT_EQ(service({}, {kFixedInWorld, 0, kZeros}, expected), 0u);
     ExpectSameKind(ElementsOf(actual.frame.AsMatrix()), ElementsOf(expected.frame.AsMatrix()));
     ExpectSameKind(NumbersOf(actual.frame), NumbersOf(expected.frame));
     EXPECT_TRUE(SameBits(actual.config, record.config));
@@ -116,10 +116,10 @@ TEST(FrameServices, zero_frame_leaves_a_frame_at_the_gimbal_as_the_full_product_
             for (const Service service : kServices) {
                 SCOPED_TRACE(off);
                 const PoseRecord record = RecordOf(LazyPose(HomOf(pose)));
-                PoseRecord actual{};
-                PoseRecord expected{};
-                ASSERT_EQ(service({}, record, {kFixedInWorld, 0, {}}, actual), 0u);
-                ASSERT_EQ(service({}, record, {kFixedInWorld, 0, kZeros}, expected), 0u);
+                PoseRecord actual = record;
+                PoseRecord expected = record;
+                ASSERT_EQ(service({}, {kFixedInWorld, 0, {}}, actual), 0u);
+                ASSERT_EQ(service({}, {kFixedInWorld, 0, kZeros}, expected), 0u);
                 EXPECT_TRUE(IsMatrix(MatrixOf(actual.frame), MatrixOf(expected.frame), 0.0, kTolerance));
                 EXPECT_EQ(actual.frame.AsPose().a == 0.0, IsGimbal(HomOf(pose).r));
                 EXPECT_EQ(expected.frame.AsPose().a == 0.0, IsGimbal(HomOf(pose).r));
@@ -163,10 +163,10 @@ TEST(FrameServices, zero_frame_on_a_unit_is_the_full_product)
         for (int i = 0; i < 100; ++i) {
             const PoseRecord record = RecordOf(RandomPose(random, 900.0));
             for (const Service service : kServices) {
-                PoseRecord actual{};
-                PoseRecord expected{};
-                ASSERT_EQ(service(units, record, {kOnMechUnit, 0, {}}, actual), 0u);
-                ASSERT_EQ(service(units, record, {kOnMechUnit, 0, kZeros}, expected), 0u);
+                PoseRecord actual = record;
+                PoseRecord expected = record;
+                ASSERT_EQ(service(units, {kOnMechUnit, 0, {}}, actual), 0u);
+                ASSERT_EQ(service(units, {kOnMechUnit, 0, kZeros}, expected), 0u);
                 ExpectSameKind(ElementsOf(actual.frame.AsMatrix()), ElementsOf(expected.frame.AsMatrix()));
             }
         }
