@@ -16,6 +16,7 @@ namespace kine::bench {
 
 namespace {
 
+constexpr int kThreadRunsPerPass = 20;
 constexpr double kNoAim = std::numeric_limits<double>::quiet_NaN();
 
 Arm CalibratedArm() { return ArmCalled("wrist_calibrated_gravity_tilted_base"); }
@@ -115,7 +116,7 @@ void MeasureThreads(const Plan& plan, Results& results)
         return Kine_WobjPosToJoint(&inputs[i].target, &records.tool, &records.wobj, &records.load, &joints);
     };
     const std::string figure = "two threads on two cores: inverse calls per second against one thread";
-    const TwoThreads found = RaceTwoThreads(inputs.size(), plan.passes, solve);
+    const TwoThreads found = RaceTwoThreads(inputs.size(), kThreadRunsPerPass * plan.passes, solve);
     if (!found.hasTwoCores) {
         results.Fact("Skipped", figure + " (one core)");
         return;
