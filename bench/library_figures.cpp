@@ -79,8 +79,8 @@ void MeasureUnreachable(const Plan& plan, Results& results)
     const Cell cell = CellCalled("loads_frames");
     const std::vector<Input> near = InputsIn(arm, cell, plan.targets);
     std::vector<Input> far = near;
-    constexpr double kFarAway = 1e5;
-    for (Input& input : far) input.target.Frame.X += kFarAway;
+    constexpr double kMm = 5000.0;  // more than twice the reach of the arm
+    for (Input& input : far) input.target.Frame.X += kMm;
 
     std::vector<KineJoint> joints;
     joints.reserve(near.size());
