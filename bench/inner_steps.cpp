@@ -34,8 +34,8 @@ struct SixAxisInput
     KineArmConfig config;
     Pose flange;  // of the nominal arm
     HomMatrix baseFromFlange;
-    Pose tool;  // of the calibrated arm with the tool block
-    Pose outOfReach;
+    LazyPose tool;  // of the calibrated arm with the tool block; a transform, as the chains hand it over
+    LazyPose outOfReach;
     Matrix6 jacobian;
 };
 
@@ -78,15 +78,15 @@ Matrix6 JacobianOf(const LinkChain& chain)
 
 SixAxisInput SixAxisInputOf(const Prepared& data, const KineJoint& joints)
 {
-    constexpr double kFarAway = 1e5;
+    constexpr Vec3 kFarAway{5000.0, 0.0, 0.0};
     SixAxisInput input{};
     for (std::size_t i = 0; i < input.q.size(); ++i) input.q[i] = joints.Axis[i] * DEG2RAD;
     input.config = SixAxisArmConfig(data.nominal, input.q);
     input.baseFromFlange = WalkLinks(data.nominal, SinesOf(input.q)).baseFromFlange;
     input.flange = MatrixToPose(input.baseFromFlange);
     input.tool = SixAxisToolPose(data.calibrated, SinesOf(input.q), kTool);
-    input.outOfReach = input.tool;
-    input.outOfReach.x += kFarAway;
+    const auto [rotation, position] = input.tool.AsMatrix();
+    input.outOfReach = LazyPose(HomMatrix{rotation, position + kFarAway});
     input.jacobian = JacobianOf(WalkLinks(data.calibrated, SinesOf(input.q)));
     return input;
 }
@@ -127,7 +127,7 @@ void ClosedForm(std::size_t i)
     Keep(axes);
 }
 
-void SixInverse(std::size_t i, const Pose& target)
+void SixInverse(std::size_t i, const LazyPose& target)
 {
     std::array<double, 8> axes{};
     Keep(SixAxisInverse(Data().calibrated, target, kTool, Six(i).config, axes));
