@@ -1,5 +1,5 @@
-// One thread and two take turns; each thread solves all targets. The runs are short and many, so that some are
-// left alone by whatever else the machine does.
+// One thread and two take turns; each thread solves all targets. The runs are short and many, so that some
+// are left alone by whatever else the machine does.
 #include "two_threads.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
-// What the demonstration programs share: the cell, the Puma, printing poses, and the distance between two poses.
+// What the demonstration programs share: the cell, the Puma, printing poses, and the distance between two
+// poses.
 #pragma once
 
 #include <algorithm>

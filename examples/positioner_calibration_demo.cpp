@@ -1,6 +1,7 @@
 // A positioner with two rotary axes, calibrated with a mark on its table: the robot touches the mark at three
-// values of the first axis, then at three of the second. Exits with 1 when a call fails, or when the mark does
-// not stand still on the calibrated positioner, also where the robot touches it at values that were not taught.
+// values of the first axis, then at three of the second. Exits with 1 when a call fails, or when the mark
+// does not stand still on the calibrated positioner, also where the robot touches it at values that were not
+// taught.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -88,7 +89,8 @@ bool Calibrate(KineFrame& first, KineFrame& second)
                Kine_CalcPositionerJnPrm_3P(kUnit, 2, &mark[0], &mark[3], &mark[4], &first, &second));
 }
 
-// The mark in a work object on the positioner, for every touch. The largest distance from the first is its spread.
+// The mark in a work object on the positioner, for every touch. The largest distance from the first is its
+// spread.
 bool ShowMarkOnUnit(double& spread)
 {
     const KineTool tool = Pointer();

@@ -1,7 +1,7 @@
 // A tool calibrated at the robot: its tip touches one spike in three orientations, then moves along its Z and
 // towards its X axis. The joints are as a pendant shows them, to a hundredth of a degree, so that the poses
-// disagree a little and the error report says by how much. Exits with 1 when a call fails, or when the tool found
-// is not the known one within what the rounding allows.
+// disagree a little and the error report says by how much. Exits with 1 when a call fails, or when the tool
+// found is not the known one within what the rounding allows.
 #include <array>
 #include <cstdio>
 

@@ -14,8 +14,8 @@
 
 namespace kine {
 
-// Takes all poses before anything is computed, runs solve(taught, result) and writes its result. A code of the
-// solver is returned at once and the frame is not written then. Solver and result are in radians.
+// Takes all poses before anything is computed, runs solve(taught, result) and writes its result. A code of
+// the solver is returned at once and the frame is not written then. Solver and result are in radians.
 template <std::size_t N, class Solve>
 KineResult CalibFrame(const KinePose* const (&poses)[N], KineFrame* frame, Solve solve)
 {

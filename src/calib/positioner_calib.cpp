@@ -31,8 +31,8 @@ double ExtAxisOf(const PoseRecord& pose, const UnitAxisInfo& axis)
     return pose.extAxis[static_cast<std::size_t>(axis.extAxis)];
 }
 
-// The rotation about Z, times a scale, that carries the moves of the mark seen from the base onto the moves of
-// the track along X. (u, v): its first column.
+// The rotation about Z, times a scale, that carries the moves of the mark seen from the base onto the moves
+// of the track along X. (u, v): its first column.
 KineResult CalcTrackRotation3P(const UnitAxisInfo& track, std::span<const PoseRecord, 3> taught, RotMatrix& m)
 {
     const auto [p0, p1, p2] = PointsOf(taught);
@@ -83,8 +83,9 @@ KineResult CalcAxisFrame3P(const std::array<Vec3, 3>& mark, HomMatrix& axisFrame
     const Vec3 mid1 = (q1 + q2) / 2.0;
     const Vec3 mid2 = (q2 + q3) / 2.0;
 
-    // The centre, from the x and y of the bisectors alone. No division is guarded: bisectors that are parallel
-    // in x and y (the axis lies in the XY plane), or a first one without a y, give a frame that is not finite.
+    // The centre, from the x and y of the bisectors alone. No division is guarded: bisectors that are
+    // parallel in x and y (the axis lies in the XY plane), or a first one without a y, give a frame that is
+    // not finite.
     const double k1 = m1.y * mid1.x - m1.x * mid1.y;
     const double k2 = m2.y * mid2.x - m2.x * mid2.y;
     const double y = (k1 * m2.y - k2 * m1.y) / (m2.x * m1.y - m2.y * m1.x);
@@ -124,8 +125,8 @@ KineResult CalcPositionerJn(const MechUnitBlock& units, std::int32_t unit, std::
     const auto secondAxis = GetUnitAxisInfo(units, unit, 1);
     if (!axis || !secondAxis) return KINE_ERR_TOOL;
 
-    // The number of degrees is taken as radians here, and only here: the reference frame is turned by 57 times
-    // the angle of the axis.
+    // The number of degrees is taken as radians here, and only here: the reference frame is turned by 57
+    // times the angle of the axis.
     const HomMatrix turn = PoseToMatrix({0.0, 0.0, 0.0, ExtAxisOf(taught[0], *axis), 0.0, 0.0});
     const HomMatrix turnedReference = turn * PoseToMatrix(reference);
     frame = MatrixToPose(MatrixInverse(turnedReference) * axisFrame *

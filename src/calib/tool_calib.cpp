@@ -30,12 +30,12 @@ constexpr double kMinDeterminantPlanar = 1e-10;
 // Height of the point that stands for the Z direction of a four-axis arm over its origin, mm.
 constexpr double kZStep = 10.0;
 
-// CalcFrameZX. Touched points: shortest direction, mm, and smallest sine between the two (0.57 degrees); equal
-// passes, NaN passes.
+// CalcFrameZX. Touched points: shortest direction, mm, and smallest sine between the two (0.57 degrees);
+// equal passes, NaN passes.
 constexpr double kMinDirection = 0.01;
 constexpr double kMinDirectionSine = 0.01;
-// CalcToolFrameZX. Travels of the tip, held to far less than touched points: shortest travel, mm, and smallest
-// sine between the two; equal passes, NaN passes.
+// CalcToolFrameZX. Travels of the tip, held to far less than touched points: shortest travel, mm, and
+// smallest sine between the two; equal passes, NaN passes.
 constexpr double kMinTravel = 1e-5;
 constexpr double kMinTravelSine = 1e-5;
 

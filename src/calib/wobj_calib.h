@@ -28,15 +28,16 @@ using FramePoints = std::array<Vec3, 3>;
 // Keeps the Y axis horizontal. KINE_ERR_CALIB_POINTS_CLOSE for points too close and for a vertical X axis.
 [[nodiscard]] KineResult CalcUserFrame2P(const Vec3& origin, const Vec3& xPoint, CalibratedFrame& result);
 
-// The frame in the centre of the circle through three points, X towards the first, Z so that they turn about it
-// anticlockwise. Codes in this order: KINE_ERR_CALIB_POINTS_CLOSE, KINE_ERR_CALIB_COLLINEAR, KINE_ERR_CALIB_3.
+// The frame in the centre of the circle through three points, X towards the first, Z so that they turn about
+// it anticlockwise. Codes in this order: KINE_ERR_CALIB_POINTS_CLOSE, KINE_ERR_CALIB_COLLINEAR,
+// KINE_ERR_CALIB_3.
 [[nodiscard]] KineResult CalcCircleFrame3P(const std::array<Vec3, 3>& circle, CalibratedFrame& result);
 
 // The points seen from a frame.
 FramePoints CalcPointsInFrame(const Pose& frame, const FramePoints& points);
 
-// Points taught in the world, seen from the last axis of a mechanical unit where it stood when each was taught.
-// A unit that cannot be used leaves zero points.
+// Points taught in the world, seen from the last axis of a mechanical unit where it stood when each was
+// taught. A unit that cannot be used leaves zero points.
 FramePoints PointsOnMechUnit(const MechUnitBlock& units, std::int32_t unit,
                              std::span<const PoseRecord, 3> taught);
 

@@ -1,5 +1,5 @@
-// The forward chains: one common head, four tails. One record goes through the steps of a chain and changes its
-// frame on the way.
+// The forward chains: one common head, four tails. One record goes through the steps of a chain and changes
+// its frame on the way.
 //
 // carried: the frame on the flange (tool, or held work object); relative: the tool centre point seen from
 // the carried work object of a stationary tool.
@@ -28,8 +28,8 @@ KineResult CheckStart(const Store& store, const ForwardRequest& request)
     return FkStep(2, CheckHold(request.tool, request.wobj));
 }
 
-// Steps 1 to 3: the carried frame in the base, through the arm bent by its load, with the configuration of the
-// joints.
+// Steps 1 to 3: the carried frame in the base, through the arm bent by its load, with the configuration of
+// the joints.
 KineResult CarriedInBase(const Store& store, const ForwardRequest& request, PoseRecord& record)
 {
     if (const KineResult code = CheckStart(store, request)) return code;

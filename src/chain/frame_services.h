@@ -27,8 +27,8 @@ namespace kine {
 // external axes go with it as they are.
 
 // From the described frame to the world. The external axes of the record place the mechanical unit. Codes:
-// KINE_ERR_F2W_MODE, KINE_ERR_F2W_UNIT_KIND (the unit is not usable: its index, kind, axes or driving external
-// axes).
+// KINE_ERR_F2W_MODE, KINE_ERR_F2W_UNIT_KIND (the unit is not usable: its index, kind, axes or driving
+// external axes).
 [[nodiscard]] KineResult FrameToWorld(const MechUnitBlock& units, const FrameDescriptor& descriptor,
                                       PoseRecord& record);
 

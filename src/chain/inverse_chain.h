@@ -19,9 +19,9 @@ struct InverseRequest
 // only on success.
 [[nodiscard]] KineResult WobjToJoint(const Store& store, const InverseRequest& request, Joints& joints);
 
-// Makes the target a pose of the carried frame in the frame of the other object: as it is with a held tool, its
-// inverse with a stationary one. KINE_ERR_CHAIN_4 when the hold flags contradict; the chain checks the hold
-// first. The target is changed in place.
+// Makes the target a pose of the carried frame in the frame of the other object: as it is with a held tool,
+// its inverse with a stationary one. KINE_ERR_CHAIN_4 when the hold flags contradict; the chain checks the
+// hold first. The target is changed in place.
 [[nodiscard]] KineResult RelativeTarget(const Tool& tool, const Wobj& wobj, PoseRecord& target);
 
 }  // namespace kine

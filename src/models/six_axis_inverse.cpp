@@ -23,7 +23,8 @@ namespace {
 // mm between the wrist centre and the circle of the lateral offset; equal passes, NaN fails. Closer, the
 // direction of joint 1 is not determined.
 constexpr double kMinShoulderMargin = 1e-5;
-// A wrist centre beyond this many arm lengths from joint 2 is out of reach however the sums below are rounded.
+// A wrist centre beyond this many arm lengths from joint 2 is out of reach however the sums below are
+// rounded.
 constexpr double kBeyondReach = 1.0 + 1e-6;
 // Cosine of the angle at the elbow; equal passes, NaN fails. Beyond, out of reach or stretched.
 constexpr double kMaxElbowCosine = 0.99999;
@@ -103,8 +104,9 @@ Matrix6 BodyJacobian(const LinkChain& chain)
     return jacobian;
 }
 
-// Makes J * (I + d deflection / dq) of J: what a change of the commanded joints does to the flange once the arm has
-// given way. Without this factor every step leaves a share of the error, the size of the gradient, behind.
+// Makes J * (I + d deflection / dq) of J: what a change of the commanded joints does to the flange once the
+// arm has given way. Without this factor every step leaves a share of the error, the size of the gradient,
+// behind.
 void AddDeflection(const DeflectionGradient& gradient, Matrix6& jacobian)
 {
     for (auto& row : jacobian.m) {
@@ -133,11 +135,11 @@ void Advance(SixAngles& q, JointSines& sines, const SixAngles& correction)
     for (std::size_t i = 0; i < q.size(); ++i) sines[i] = Advanced(sines[i], correction[i]);
 }
 
-// Two tests that spare a target far out of reach what only nearer ones need. They are sure of what they refuse
-// and leave the rest to the cosine at the elbow.
+// Two tests that spare a target far out of reach what only nearer ones need. They are sure of what they
+// refuse and leave the rest to the cosine at the elbow.
 
-// For a wrist centre at least r from the joint-1 axis and h above or below joint 2: whether it is out of reach
-// wherever joint 1 turns joint 2, up to a1 and the lateral offset from the axis.
+// For a wrist centre at least r from the joint-1 axis and h above or below joint 2: whether it is out of
+// reach wherever joint 1 turns joint 2, up to a1 and the lateral offset from the axis.
 bool IsWristOutOfReach(const SixAxisParams& p, double r, double h)
 {
     const double horizontal = std::max(0.0, r - std::fabs(p.lateralOffset) - std::fabs(p.a1));

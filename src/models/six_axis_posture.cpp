@@ -40,8 +40,8 @@ double WristDistance(const SixAxisParams& p, const SixAngles& q)
     return p.a1 - p.a2 * s2 + p.d4 * c23 - p.a3 * s23;
 }
 
-// Share of the largest wrist distance, and rad. Nearer to the axis, or with larger angles, the rounding of sums
-// may decide the side, which is then taken from WristDistance itself.
+// Share of the largest wrist distance, and rad. Nearer to the axis, or with larger angles, the rounding of
+// sums may decide the side, which is then taken from WristDistance itself.
 constexpr double kCertainSide = 1e-6;
 constexpr double kCertainAngles = 1e6;
 

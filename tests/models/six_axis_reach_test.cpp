@@ -1,5 +1,5 @@
-// Targets out of reach: the six-axis inverse refuses most of them before it has all angles, with the code that
-// the written-out tests give.
+// Targets out of reach: the six-axis inverse refuses most of them before it has all angles, with the code
+// that the written-out tests give.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -47,8 +47,8 @@ inline std::vector<double> LeastSquares(Rows rows, std::vector<double> right)
     return x;
 }
 
-// The tool point t for which (R0 - Ri) * t = pi - p0 agree best, all poses against the first. In the plane two
-// equations of a pose and two unknowns, and z = 0.
+// The tool point t for which (R0 - Ri) * t = pi - p0 agree best, all poses against the first. In the plane
+// two equations of a pose and two unknowns, and z = 0.
 inline Point PointOnFlange(std::span<const KinePose> poses, bool planar)
 {
     const std::size_t n = planar ? 2 : 3;
