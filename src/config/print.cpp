@@ -30,7 +30,7 @@ public:
     [[nodiscard]] std::string_view Text() const { return {bytes_.data(), length_}; }
 
 private:
-    std::array<char, kMaxLine> bytes_;
+    std::array<char, kMaxLine> bytes_{};
     std::size_t length_ = 0;
 };
 
