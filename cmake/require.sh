@@ -29,6 +29,7 @@ is_present() {
         gtest) has_header gtest/gtest.h ;;
         benchmark) has_header benchmark/benchmark.h ;;
         orocos-kdl) has_header kdl/config.h ;;
+        libfuzzer) [ -e "$(clang++ -print-resource-dir 2>/dev/null)/lib/linux/libclang_rt.fuzzer-$(uname -m).a" ] ;;
         mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
         *) command -v "$1" >/dev/null ;;
     esac
@@ -40,6 +41,7 @@ package_of() {
         clang++) echo clang ;;
         gtest) echo libgtest-dev ;;
         benchmark) echo libbenchmark-dev ;;
+        libfuzzer) echo libclang-rt-dev ;;
         orocos-kdl) echo liborocos-kdl-dev ;;
         mpmath) echo python3-mpmath ;;
         *) echo "$1" ;;
