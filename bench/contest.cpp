@@ -6,9 +6,9 @@
 #include <limits>
 #include <stdexcept>
 
-#include "allocations.h"
 #include "machine.h"
 #include "stopwatch.h"
+#include "support/allocations.h"
 
 namespace kine::bench {
 
@@ -52,9 +52,9 @@ std::vector<double> SortedNs(const std::vector<std::uint64_t>& ticks, double nsP
 
 double AllocationsPerCall(const Contestant& contestant, std::size_t targets)
 {
-    const std::uint64_t before = AllocationCount();
+    const std::uint64_t before = test::AllocationCount();
     for (std::size_t target = 0; target < targets; ++target) contestant.call(target);
-    return static_cast<double>(AllocationCount() - before) / static_cast<double>(targets);
+    return static_cast<double>(test::AllocationCount() - before) / static_cast<double>(targets);
 }
 
 void Judge(const Contestant& contestant, std::size_t targets, Standing& standing)

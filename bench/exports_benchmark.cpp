@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "hot_calls.h"
-#include "quiet_stdout.h"
+#include "support/quiet_stdout.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ void Run(benchmark::State& state, Subject& subject)
 {
     SetUp(subject.arm, subject.cell);
     if (subject.inputs.empty()) {
-        const QuietStdout quiet;
+        const kine::test::QuietStdout quiet;
         subject.inputs = InputsFor(subject.call, subject.arm, subject.cell, kInputs);
     }
     std::size_t next = 0;

@@ -8,8 +8,8 @@
 
 #include "hot_calls.h"
 #include "inner_steps.h"
-#include "quiet_stdout.h"
-#include "system_calls.h"
+#include "support/quiet_stdout.h"
+#include "support/system_calls.h"
 #include "two_threads.h"
 
 namespace kine::bench {
@@ -91,7 +91,7 @@ void MeasureUnreachable(const Plan& plan, Results& results)
     const std::string modelSolved = "model alone, solved", modelRefused = "model alone, out of reach";
     std::vector<Standing> standings;
     {
-        const QuietStdout quiet;
+        const test::QuietStdout quiet;
         standings = Compete(plan, {ContestantOf(solved, Inverse(), arm, cell, near),
                                    ContestantOf(refused, Inverse(), arm, cell, far, KINE_ERR_IK_7),
                                    {modelSolved, {}, InnerStepCalled(kInverse).run, {}},
@@ -170,7 +170,7 @@ void CountSystemCalls(Results& results)
             const std::vector<Input> inputs = InputsIn(arm, cell, kInputs);
             for (const HotCall& call : HotCalls()) {
                 if (!call.name.starts_with("Kine_JointTo") && call.name != Inverse().name) continue;
-                const bool calls = MakesSystemCalls([&] {
+                const bool calls = test::MakesSystemCalls([&] {
                     for (const Input& input : inputs) static_cast<void>(call.run(cell.records, input));
                 });
                 calling += calls ? 1 : 0;

@@ -1,6 +1,6 @@
 // The allocation functions of this program: they count and pass on to those of the GNU C library, which has
-// them under a second name. operator new ends in malloc.
-#include "allocations.h"
+// them under a second name. operator new ends in malloc, operator delete in free.
+#include "support/allocations.h"
 
 #include <cerrno>
 #include <cstddef>
@@ -12,11 +12,13 @@ void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);
 void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* memory);
 }
 
 namespace {
 
 thread_local std::uint64_t allocations = 0;
+thread_local std::uint64_t frees = 0;
 
 }  // namespace
 
@@ -52,11 +54,19 @@ int posix_memalign(void** memory, std::size_t alignment, std::size_t size)
     *memory = __libc_memalign(alignment, size);
     return *memory == nullptr ? ENOMEM : 0;
 }
+
+void free(void* memory)
+{
+    ++frees;
+    __libc_free(memory);
+}
 }
 // NOLINTEND(bugprone-*,cert-*,readability-*)
 
-namespace kine::bench {
+namespace kine::test {
 
 std::uint64_t AllocationCount() { return allocations; }
 
-}  // namespace kine::bench
+std::uint64_t FreeCount() { return frees; }
+
+}  // namespace kine::test
