@@ -242,6 +242,27 @@ TEST(Kine_CalcAlignPos, another_posture_of_the_six_axis_arm_nearer_to_the_curren
     ExpectOutcome(Align(request), KINE_OK);
 }
 
+// The inverse brings axis 2 back to within half a turn, however many turns away it stands. From 2160 rad on
+// no solution counts and the search stays at the posture it begins with, 0. 343 turns are 2155.1 rad, 344 are
+// 2161.4, and axis 5 adds 0.2 to either.
+TEST(Kine_CalcAlignPos, from_2160_rad_on_every_posture_but_0_is_0x6081)
+{
+    Initialise(MovedWristArm());
+    MotionRequest request = WristRequest(2);
+    request.tool = HeldTool({0.0, 0.0, -85.0, 40.0, 0.0, 0.0});
+    for (const double turns : {-344.0, -343.0, 343.0, 344.0}) {
+        SCOPED_TRACE(turns);
+        // Posture 0, with a positive axis 5.
+        request.current = MakeJoints({0.0, -20.0 + 360.0 * turns, 30.0, 0.0, 70.0, 0.0});
+        const MotionOutcome outcome = Align(request);
+        ExpectOutcome(outcome, KINE_OK);
+        EXPECT_TRUE(IsJoints(outcome.target, MakeJoints({0.0, -20.0, 30.0, 0.0, 80.0, 0.0}), 1e-6, 6));
+        // Posture 1.
+        request.current.Axis[4] = -110.0;
+        ExpectOutcome(Align(request), std::fabs(turns) < 344.0 ? KINE_OK : KINE_ERR_ALIGN_TURN);
+    }
+}
+
 TEST(Kine_CalcAlignPos, negative_axis_4_of_a_four_axis_arm_is_0x6081)
 {
     for (const MovedArm& arm : {MovedScara(), MovedScara4110(), Tilted(MovedScara(), "tilted type 4"),

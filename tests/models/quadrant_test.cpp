@@ -54,6 +54,14 @@ TEST(QuadrantOf, every_boundary_lies_lower_by_the_bias)
     }
 }
 
+// Below zero the sum that decides lies near -1, where doubles are 1.1e-16 quarter turns apart: 6e-16 rad to
+// either side are sure, and the last digit of the bias, 1e-15 quarter turns, counts.
+TEST(QuadrantOf, boundary_below_zero_lies_lower_by_the_bias_to_its_last_digit)
+{
+    EXPECT_EQ(QuadrantOf(-kMargin - 6e-16), -1);
+    EXPECT_EQ(QuadrantOf(-kMargin + 6e-16), 0);
+}
+
 TEST(QuadrantOf, zero_and_the_smallest_positive_angle_are_in_quadrant_zero)
 {
     EXPECT_EQ(QuadrantOf(5e-324), 0);

@@ -119,6 +119,18 @@ TEST(SixAxisInverse, refuses_the_shell_of_the_reach_with_the_written_out_code)
     EXPECT_GT(refused, 10000);
 }
 
+// Arms so small that 1 mm beside the line from joint 2 counts: within reach by less than 1 mm^2 of the
+// squared distance, level with joint 2 and straight above it.
+TEST(SixAxisInverse, does_not_refuse_a_small_arm_that_is_nearly_stretched)
+{
+    // An elbow cosine of -0.99998: d^2 = 100^2 + 100^2 + 2 * 100 * 100 * 0.99998.
+    const double distance = std::sqrt(39999.6);
+    const SixAxisParams level = ParamsOf(test::NominalSixAxis({0.0, 100.0, 0.0, 100.0, 0.0, 300.0, 0.0}));
+    EXPECT_EQ(ExpectWrittenOutReach(level, {distance, 0.0, 300.0, 0.0, 0.5, 0.0}, {}, 0), KINE_OK);
+    const SixAxisParams above = ParamsOf(test::NominalSixAxis({50.0, 100.0, 0.0, 100.0, 0.0, 300.0, 0.0}));
+    EXPECT_EQ(ExpectWrittenOutReach(above, {50.0, 0.0, 300.0 + distance, 0.0, 0.5, 0.0}, {}, 0), KINE_OK);
+}
+
 TEST(SixAxisInverse, refuses_targets_and_tools_that_are_not_finite_with_the_written_out_code)
 {
     test::SeededRandom random(2420);

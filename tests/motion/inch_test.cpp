@@ -294,6 +294,16 @@ TEST(InchTarget, mounting_neither_fixed_nor_on_a_unit_is_0x6032_in_world_mode_an
     }
 }
 
+TEST(InchTarget, an_arm_type_without_a_model_is_refused_before_the_mounting_is_looked_at)
+{
+    Store store = MakeCell(kBareSix);
+    store.arm.armType = 5;
+    store.mounting.mode = 4;
+    for (const std::int32_t mode : {2, 5}) {
+        ExpectRefused(store, MakeRequest(kBareSix, mode, OnFlange::kTool), KINE_ERR_UNKNOWN_ARM_TYPE, "");
+    }
+}
+
 TEST(InchTarget, a_singular_target_is_0x6092_and_keeps_the_result)
 {
     const Store store = MakeCell(kBareSix);
