@@ -9,6 +9,7 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
 endif()
 
 set(KINE_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=; empty for none")
+option(KINE_COVERAGE "Count which lines and branches of the library run; GCC only" OFF)
 
 # Plain IEEE doubles, the same bits from every compiler and at every optimisation level: no contraction, and
 # sines and cosines left as the calls they are written as (a compiler that pairs them up calls another
@@ -45,6 +46,13 @@ function(kine_library_options target)
     kine_warning_options(${target})
     target_compile_options(${target} PRIVATE ${kine_float_options} ${kine_record_options} -fno-exceptions
         -fno-rtti)
+    if(KINE_COVERAGE)
+        # Counted is what the library is made of: its own objects, and in them its own sources. An inline function
+        # that nothing calls is kept, so that it shows as not reached instead of not at all. Tests link these objects
+        # before their own: of an inline function in both, the linker takes the copy that is counted.
+        target_compile_options(${target} PRIVATE --coverage -fprofile-filter-files=/src/ -fkeep-inline-functions)
+        target_link_options(${target} PUBLIC --coverage)
+    endif()
     set_target_properties(${target} PROPERTIES
         POSITION_INDEPENDENT_CODE ON
         CXX_VISIBILITY_PRESET hidden
@@ -60,6 +68,9 @@ function(kine_link_options target)
         set(map ${PROJECT_SOURCE_DIR}/cmake/KineDll.map)
         target_link_options(${target} PRIVATE -Wl,--version-script=${map})
         set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+    endif()
+    if(KINE_COVERAGE)
+        target_link_options(${target} PRIVATE --coverage)
     endif()
     if(KINE_SANITIZE)
         target_link_options(${target} PRIVATE -fsanitize=${KINE_SANITIZE})

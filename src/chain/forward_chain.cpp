@@ -21,20 +21,14 @@ KineResult FkStep(int step, KineResult code)
     return code;
 }
 
-// Steps 1 and 2.
-KineResult CheckStart(const Store& store, const ForwardRequest& request)
-{
-    if (const KineResult code = FkStep(1, CheckInitialised(store))) return code;
-    return FkStep(2, CheckHold(request.tool, request.wobj));
-}
-
 // Steps 1 to 3: the carried frame in the base, through the arm bent by its load, with the configuration of
 // the joints.
 KineResult CarriedInBase(const Store& store, const ForwardRequest& request, PoseRecord& record)
 {
-    if (const KineResult code = CheckStart(store, request)) return code;
+    if (const KineResult code = FkStep(1, CheckInitialised(store))) return code;
     Pose frame{};
-    if (const KineResult code = FkStep(2, FrameOnFlange(request.tool, request.wobj, frame))) return code;
+    if (const KineResult code = FkStep(2, CheckedFrameOnFlange(request.tool, request.wobj, frame)))
+        return code;
     const ToolBlock block{frame, CombineLoad(request.tool.load, request.payload, frame)};
     record.extAxis = request.joints.extAxis;
     return FkStep(3, ForwardKinematics(store, request.joints, block, record.frame, record.config));
@@ -46,21 +40,11 @@ KineResult BaseToWorld(const Store& store, PoseRecord& record)
     return FkStep(4, FrameToWorld(store.mechUnits, store.mounting, record));
 }
 
-// Steps 5 to 7: from the carried frame in the world to the tool centre point in the work object.
-KineResult WorldToRelative(const Store& store, const ForwardRequest& request, PoseRecord& record)
-{
-    FrameDescriptor descriptor{};
-    if (const KineResult code = FkStep(5, MakeFrameDescriptor(request.tool, request.wobj, descriptor)))
-        return code;
-    if (const KineResult code = FkStep(6, WorldToFrame(store.mechUnits, descriptor, record))) return code;
-    return FkStep(7, ToolRelativePose(request.tool, request.wobj, record));
-}
-
 // Steps 4 to 7.
 KineResult BaseToRelative(const Store& store, const ForwardRequest& request, PoseRecord& record)
 {
     if (const KineResult code = BaseToWorld(store, record)) return code;
-    return WorldToRelative(store, request, record);
+    return WorldToRelative(store, request.tool, request.wobj, record);
 }
 
 // A pose given in the held work object, moved to the frame in which that work object is given.
@@ -70,6 +54,14 @@ LazyPose ThroughHeldWobj(const LazyPose& heldWobj, const LazyPose& relative)
 }
 
 }  // namespace
+
+KineResult WorldToRelative(const Store& store, const Tool& tool, const Wobj& wobj, PoseRecord& record)
+{
+    FrameDescriptor descriptor{};
+    if (const KineResult code = FkStep(5, MakeFrameDescriptor(tool, wobj, descriptor))) return code;
+    if (const KineResult code = FkStep(6, WorldToFrame(store.mechUnits, descriptor, record))) return code;
+    return FkStep(7, ToolRelativePose(tool, wobj, record));
+}
 
 KineResult JointToBase(const Store& store, const ForwardRequest& request, PoseRecord& inBase)
 {
@@ -85,7 +77,8 @@ KineResult JointToBase(const Store& store, const ForwardRequest& request, PoseRe
 KineResult JointToFlange(const Store& store, const ForwardRequest& request, PoseRecord& inFlange)
 {
     if (IsOnRobot(request.tool)) {
-        if (const KineResult code = CheckStart(store, request)) return code;
+        if (const KineResult code = FkStep(1, CheckInitialised(store))) return code;
+        if (const KineResult code = FkStep(2, CheckHold(request.tool, request.wobj))) return code;
         // The tool frame is given in the flange already. This answer carries no external axes.
         inFlange = {};
         inFlange.frame = request.tool.frame;
@@ -104,7 +97,7 @@ KineResult JointToWorld(const Store& store, const ForwardRequest& request, PoseR
     if (IsOnRobot(request.tool)) return KINE_OK;
 
     PoseRecord relative = inWorld;
-    if (const KineResult code = WorldToRelative(store, request, relative)) return code;
+    if (const KineResult code = WorldToRelative(store, request.tool, request.wobj, relative)) return code;
     inWorld.frame = ThroughHeldWobj(inWorld.frame, relative.frame);
     return KINE_OK;
 }

@@ -23,6 +23,11 @@ struct ForwardRequest
 [[nodiscard]] KineResult JointToWorld(const Store& store, const ForwardRequest& request, PoseRecord& inWorld);
 [[nodiscard]] KineResult JointToWobj(const Store& store, const ForwardRequest& request, PoseRecord& inWobj);
 
+// Steps 5 to 7 of the chains: from the carried frame in the world to the tool centre point in the work
+// object. Step 5 checks the hold once more.
+[[nodiscard]] KineResult WorldToRelative(const Store& store, const Tool& tool, const Wobj& wobj,
+                                         PoseRecord& record);
+
 // The model's reduced pose with the configuration of the joints and external axes 0. Prints nothing.
 [[nodiscard]] KineResult JointToVision(const Store& store, const Joints& joints, PoseRecord& inBase);
 

@@ -86,6 +86,12 @@ KineResult FrameOnFlange(const Tool& tool, const Wobj& wobj, Pose& frame)
     return KINE_OK;
 }
 
+KineResult CheckedFrameOnFlange(const Tool& tool, const Wobj& wobj, Pose& frame)
+{
+    if (const KineResult code = CheckHold(tool, wobj)) return code;
+    return FrameOnFlange(tool, wobj, frame);
+}
+
 KineResult MakeFrameDescriptor(const Tool& tool, const Wobj& wobj, FrameDescriptor& descriptor)
 {
     if (const KineResult code = CheckHold(tool, wobj)) return code;

@@ -16,6 +16,9 @@ namespace kine {
 // neither is held; the chains check the hold first.
 [[nodiscard]] KineResult FrameOnFlange(const Tool& tool, const Wobj& wobj, Pose& frame);
 
+// FrameOnFlange after CheckHold.
+[[nodiscard]] KineResult CheckedFrameOnFlange(const Tool& tool, const Wobj& wobj, Pose& frame);
+
 // Describes the object that is not held by the robot. KINE_ERR_HOLD_CONFLICT as in CheckHold.
 [[nodiscard]] KineResult MakeFrameDescriptor(const Tool& tool, const Wobj& wobj, FrameDescriptor& descriptor);
 

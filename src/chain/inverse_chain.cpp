@@ -17,13 +17,11 @@ KineResult IkStep(int step, KineResult code)
     return code;
 }
 
-// The frame on the flange with the load behind it; the hold is checked once more.
-KineResult MakeToolBlock(const Tool& tool, const Wobj& wobj, const Load& payload, ToolBlock& block)
+// Step 0.
+KineResult CheckedRelativeTarget(const Tool& tool, const Wobj& wobj, PoseRecord& target)
 {
     if (const KineResult code = CheckHold(tool, wobj)) return code;
-    if (const KineResult code = FrameOnFlange(tool, wobj, block.frame)) return code;
-    block.load = CombineLoad(tool.load, payload, block.frame);
-    return KINE_OK;
+    return RelativeTarget(tool, wobj, target);
 }
 
 }  // namespace
@@ -35,26 +33,37 @@ KineResult RelativeTarget(const Tool& tool, const Wobj& wobj, PoseRecord& target
     return KINE_OK;
 }
 
+KineResult RelativeToBase(const Store& store, const Tool& tool, const Wobj& wobj, PoseRecord& pose)
+{
+    FrameDescriptor descriptor{};
+    if (const KineResult code = IkStep(1, MakeFrameDescriptor(tool, wobj, descriptor))) return code;
+    if (const KineResult code = IkStep(2, FrameToWorld(store.mechUnits, descriptor, pose))) return code;
+    return IkStep(3, WorldToFrame(store.mechUnits, store.mounting, pose));
+}
+
+KineResult BaseToJoint(const Store& store, const Tool& tool, const Wobj& wobj, const Load& payload,
+                       const PoseRecord& inBase, Joints& joints)
+{
+    ToolBlock block{};
+    if (const KineResult code = IkStep(4, CheckedFrameOnFlange(tool, wobj, block.frame))) return code;
+    block.load = CombineLoad(tool.load, payload, block.frame);
+    if (const KineResult code =
+            IkStep(5, InverseKinematics(store, inBase.frame, block, inBase.config, joints)))
+        return code;
+    joints.extAxis = inBase.extAxis;
+    return KINE_OK;
+}
+
 KineResult WobjToJoint(const Store& store, const InverseRequest& request, Joints& joints)
 {
     const auto& [tool, wobj, payload, target] = request;
     // A configuration out of reach ends the call before anything else, without a line.
     if (const KineResult code = CheckArmConfig(store, target.config)) return code;
 
-    // The target on its way: in the frame of the object in the cell, in the world, in the base.
     PoseRecord pose = target;
-    FrameDescriptor descriptor{};
-    ToolBlock block{};
-    if (const KineResult code = IkStep(0, CheckHold(tool, wobj))) return code;
-    if (const KineResult code = IkStep(0, RelativeTarget(tool, wobj, pose))) return code;
-    if (const KineResult code = IkStep(1, MakeFrameDescriptor(tool, wobj, descriptor))) return code;
-    if (const KineResult code = IkStep(2, FrameToWorld(store.mechUnits, descriptor, pose))) return code;
-    if (const KineResult code = IkStep(3, WorldToFrame(store.mechUnits, store.mounting, pose))) return code;
-    if (const KineResult code = IkStep(4, MakeToolBlock(tool, wobj, payload, block))) return code;
-    if (const KineResult code = IkStep(5, InverseKinematics(store, pose.frame, block, pose.config, joints)))
-        return code;
-    joints.extAxis = pose.extAxis;
-    return KINE_OK;
+    if (const KineResult code = IkStep(0, CheckedRelativeTarget(tool, wobj, pose))) return code;
+    if (const KineResult code = RelativeToBase(store, tool, wobj, pose)) return code;
+    return BaseToJoint(store, tool, wobj, payload, pose, joints);
 }
 
 }  // namespace kine

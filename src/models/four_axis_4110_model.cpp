@@ -31,6 +31,17 @@ double Axis2OfElbow(double elbow, std::int32_t turn)
 
 }  // namespace
 
+KineResult Select4110Turns(const KineArmConfig& config, FourAngles& q)
+{
+    q[3] = ShiftByTurn(q[3], config.Cfg4);
+    if (!QuadrantWindow(q[3], config.Cfg4, kTurnBias)) return KINE_ERR_IK_REACH;
+    q[0] = ShiftByTurn(q[0], config.Cfg2);
+    if (!QuadrantWindow(q[0], config.Cfg2, kTurnBias)) return KINE_ERR_IK_REACH;
+    q[1] = Axis2OfElbow(q[1], config.Cfg3);
+    if (!QuadrantWindow(q[1], config.Cfg3, kTurnBias)) return KINE_ERR_IK_REACH;
+    return KINE_OK;
+}
+
 KineResult FourAxis4110Model::InitModel(std::uint32_t armType, const KineKinematicParam* param)
 {
     return InitFourAxisParams(KINE_ARM_FOUR_AXIS_4110, armType, param, params_);
@@ -80,12 +91,7 @@ KineResult FourAxis4110Model::InverseKinematics(const LazyPose& target, const To
                  ShiftByTurn(seed.q4, config.Cfg4)};
     if (const KineResult code = FourAxisRefine(params_, goal, tool.frame, q)) return code;
 
-    q[3] = ShiftByTurn(q[3], config.Cfg4);
-    if (!QuadrantWindow(q[3], config.Cfg4, kTurnBias)) return KINE_ERR_IK_REACH;
-    q[0] = ShiftByTurn(q[0], config.Cfg2);
-    if (!QuadrantWindow(q[0], config.Cfg2, kTurnBias)) return KINE_ERR_IK_REACH;
-    q[1] = Axis2OfElbow(q[1], config.Cfg3);
-    if (!QuadrantWindow(q[1], config.Cfg3, kTurnBias)) return KINE_ERR_IK_REACH;
+    if (const KineResult code = Select4110Turns(config, q)) return code;
     return WriteFourAxes(q, joints.axis);
 }
 

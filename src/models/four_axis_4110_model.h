@@ -7,6 +7,11 @@
 
 namespace kine {
 
+// Makes public axes of a refined solution, whose q[1] is the elbow angle, and brings axes 1, 2 and 4 to their
+// turns. KINE_ERR_IK_REACH, with q in an unspecified state, when the refinement carried one of them too many
+// turns away.
+[[nodiscard]] KineResult Select4110Turns(const KineArmConfig& config, FourAngles& q);
+
 class FourAxis4110Model final : public ArmModel
 {
 public:

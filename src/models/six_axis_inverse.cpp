@@ -277,6 +277,14 @@ KineResult SelectWristTurns(const KineArmConfig& config, SixAngles& q)
     return KINE_OK;
 }
 
+KineResult WriteSixAxes(const KineArmConfig& config, SixAngles q, std::array<double, 8>& axes)
+{
+    // The turns of axes 4 and 6 are selected again with the whole shift; that of axis 1 is left alone.
+    if (const KineResult code = SelectWristTurns(config, q)) return code;
+    axes = {q[0], q[1], q[2], q[3], q[4], q[5], 0.0, 0.0};
+    return KINE_OK;
+}
+
 KineResult SixAxisInverse(const SixAxisParams& params, const LazyPose& target, const ToolBlock& tool,
                           const KineArmConfig& config, std::array<double, 8>& axes)
 {
@@ -292,11 +300,7 @@ KineResult SixAxisInverse(const SixAxisParams& params, const LazyPose& target, c
 
     SixAngles q{start[0], start[1], start[2], start[3], start[4], start[5]};
     if (const KineResult code = Refine(params, flange, tool.load, q)) return code;
-    // The turns of axes 4 and 6 are selected again with the whole shift; that of axis 1 is left alone.
-    if (const KineResult code = SelectWristTurns(config, q)) return code;
-
-    axes = {q[0], q[1], q[2], q[3], q[4], q[5], 0.0, 0.0};
-    return KINE_OK;
+    return WriteSixAxes(config, q, axes);
 }
 
 }  // namespace kine

@@ -22,6 +22,9 @@ namespace kine {
 // carried one of them too many turns away.
 [[nodiscard]] KineResult SelectWristTurns(const KineArmConfig& config, SixAngles& q);
 
+// The end of the inverse: SelectWristTurns, then the six axes and two zeros; written only on success.
+[[nodiscard]] KineResult WriteSixAxes(const KineArmConfig& config, SixAngles q, std::array<double, 8>& axes);
+
 // Joints that bring the tool block's frame to target. Writes the eight axes, and only on success; they are
 // finite. Codes: KINE_ERR_CONFIG for a turn number that is not served, the closed form's, then
 // KINE_ERR_SINGULAR, KINE_ERR_IK_9 and KINE_ERR_IK_ACCURACY.

