@@ -61,12 +61,13 @@ endfunction()
 
 # The library needs the C library at run time and nothing else, and shows its own functions and nothing else:
 # templates of the C++ library would be visible otherwise. Sanitizers bring run-time libraries of their own, which
-# the linker must not insist on.
+# the linker must not insist on. The loader looks every function up when it loads the library, so that no first call
+# waits for it, and what it fills in is read-only from then on.
 function(kine_link_options target)
     target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc)
     if(NOT WIN32)
         set(map ${PROJECT_SOURCE_DIR}/cmake/KineDll.map)
-        target_link_options(${target} PRIVATE -Wl,--version-script=${map})
+        target_link_options(${target} PRIVATE -Wl,--version-script=${map} -Wl,-z,relro,-z,now,-z,noexecstack)
         set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
     endif()
     if(KINE_COVERAGE)

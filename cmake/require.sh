@@ -1,5 +1,5 @@
 # Sourced by the scripts in the root. Installs the Debian packages behind what is missing, as root; otherwise
-# says what is missing. Quiet when nothing is.
+# says what is missing. Quiet when nothing is. Also runs commands quietly.
 
 # require NAME... : each name is one of those below.
 require() {
@@ -39,6 +39,7 @@ package_of() {
     case "$1" in
         ninja) echo ninja-build ;;
         clang++) echo clang ;;
+        abidiff) echo abigail-tools ;;
         gtest) echo libgtest-dev ;;
         benchmark) echo libbenchmark-dev ;;
         libfuzzer) echo libclang-rt-dev ;;
@@ -46,4 +47,16 @@ package_of() {
         mpmath) echo python3-mpmath ;;
         *) echo "$1" ;;
     esac
+}
+
+# Runs a command and shows its output only when it fails.
+quietly() {
+    local log
+    log=$(mktemp)
+    if ! "$@" >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
 }

@@ -1170,7 +1170,9 @@ KINE_API KineResult KINE_CALL Kine_CalcPosDif(const KinePose* first, const KineP
 #endif
 
 /* ---------------------------------------------------------------------------------------------- */
-/* Layout: a compiler that lays the records out differently cannot compile this header            */
+/* Layout: a compiler that lays the records out differently cannot compile this header. No record */
+/* has hidden padding: the layout holds on 32-bit targets too, where a double may be aligned to 4 */
+/* bytes only, and under any packing.                                                             */
 /* ---------------------------------------------------------------------------------------------- */
 
 #if defined(__cplusplus)
