@@ -49,8 +49,10 @@ function(kine_library_options target)
     if(KINE_COVERAGE)
         # Counted is what the library is made of: its own objects, and in them its own sources. An inline function
         # that nothing calls is kept, so that it shows as not reached instead of not at all. Tests link these objects
-        # before their own: of an inline function in both, the linker takes the copy that is counted.
-        target_compile_options(${target} PRIVATE --coverage -fprofile-filter-files=/src/ -fkeep-inline-functions)
+        # before their own: of an inline function in both, the linker takes the copy that is counted. Threads count
+        # side by side.
+        target_compile_options(${target} PRIVATE --coverage -fprofile-filter-files=/src/ -fprofile-update=atomic
+            -fkeep-inline-functions)
         target_link_options(${target} PUBLIC --coverage)
     endif()
     set_target_properties(${target} PROPERTIES
