@@ -40,12 +40,12 @@ def main():
     parser.add_argument("--abidiff", default="abidiff")
     parser.add_argument("--record", metavar="ABIDW")
     parser.add_argument("baseline")
-    parser.add_argument("library")
+    parser.add_argument("shared_library", metavar="library")
     arguments = parser.parse_args()
     if arguments.record:
-        command = [arguments.record, *RECORD_OPTIONS, "--out-file", arguments.baseline, arguments.library]
+        command = [arguments.record, *RECORD_OPTIONS, "--out-file", arguments.baseline, arguments.shared_library]
         return subprocess.run(command, check=False).returncode
-    result = subprocess.run([arguments.abidiff, arguments.baseline, arguments.library], check=False)
+    result = subprocess.run([arguments.abidiff, arguments.baseline, arguments.shared_library], check=False)
     message = verdict(result.returncode)
     print(message or "as recorded")
     return 1 if message else 0

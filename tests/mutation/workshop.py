@@ -95,7 +95,7 @@ class Workshop:
         self.folder = folder
         self.compiles = {}
         self.deps = {}
-        self.library = None
+        self.shared_library = None
         self.programs = []
         self.comparison_seconds = 0.0
 
@@ -114,7 +114,7 @@ class Workshop:
                      for name, paths in parse_deps(self.ninja("-t", "deps")).items() if name in self.compiles}
         targets = self.ninja("-t", "targets", "all")
         library = re.search(rf"^({re.escape(LIBRARY)}[\d.]*): CXX_SHARED", targets, re.MULTILINE).group(1)
-        self.library = self.link_of(library)
+        self.shared_library = self.link_of(library)
         for path, folder, name in PROGRAMS.findall(targets):
             self.programs.append(Program(name, folder, self.link_of(path), 0.0))
 
@@ -193,9 +193,9 @@ class Workshop:
                         raise NotCompiled
                     made[name] = str(output)
 
-        compile_again(self.library.inputs)
-        library = folder / self.library.output
-        if not succeeds(redirected(self.library, library, made), self.build):
+        compile_again(self.shared_library.inputs)
+        library = folder / self.shared_library.output
+        if not succeeds(redirected(self.shared_library, library, made), self.build):
             raise NotCompiled
         (folder / (LIBRARY + ".1")).symlink_to(library.name)
 

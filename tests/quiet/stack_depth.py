@@ -118,7 +118,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--limit", type=int, default=16 * 1024)
     parser.add_argument("--exports", type=pathlib.Path, required=True)
-    parser.add_argument("--library", required=True)
+    parser.add_argument("--library", dest="shared_library", required=True)
     parser.add_argument("--mathematics", type=int, required=True)
     parser.add_argument("--output", type=int, required=True)
     parser.add_argument("--loader", type=int, required=True)
@@ -133,8 +133,9 @@ def main():
         calls += found[1]
     allowances = dict.fromkeys(MATHEMATICS, options.mathematics + options.loader)
     allowances |= dict.fromkeys(OUTPUT, options.output + options.loader)
-    taken = addresses_taken(read("objdump", "-d", "-w", "--no-show-raw-insn", options.library),
-                            read("readelf", "-s", "-W", options.library), read("readelf", "-r", "-W", options.library))
+    file = options.shared_library
+    taken = addresses_taken(read("objdump", "-d", "-w", "--no-show-raw-insn", file),
+                            read("readelf", "-s", "-W", file), read("readelf", "-r", "-W", file))
     graph = Graph(functions, calls, allowances, taken)
     depths, problems = check(graph, options.exports.read_text(encoding="ascii").split(), options.limit)
 
