@@ -1,4 +1,4 @@
-// The print routine. The lines know one conversion only, which printf would take half as long again to find.
+// The print routine. The lines know one conversion only and do without the rest of printf.
 #include "config/print.h"
 
 #include <algorithm>

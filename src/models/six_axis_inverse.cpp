@@ -23,9 +23,11 @@ namespace {
 // mm between the wrist centre and the circle of the lateral offset; equal passes, NaN fails. Closer, the
 // direction of joint 1 is not determined.
 constexpr double kMinShoulderMargin = 1e-5;
-// A wrist centre beyond this many arm lengths from joint 2 is out of reach however the sums below are
-// rounded.
-constexpr double kBeyondReach = 1.0 + 1e-6;
+// The lengths that the tests of IsWristOutOfReach and IsTipOutOfReach compare are taken this much longer: far
+// more than the rounding of their sums.
+constexpr double kLengthened = 1.0 + 1e-6;
+// mm from the circle of the lateral offset: no shoulder margin is in doubt so far away.
+constexpr double kClearOfShoulder = 1.0;
 // Cosine of the angle at the elbow; equal passes, NaN fails. Beyond, out of reach or stretched.
 constexpr double kMaxElbowCosine = 0.99999;
 // Cosine of q5; equal passes, NaN fails. Beyond, no rotation has it.
@@ -143,7 +145,7 @@ void Advance(SixAngles& q, JointSines& sines, const SixAngles& correction)
 bool IsWristOutOfReach(const SixAxisParams& p, double r, double h)
 {
     const double horizontal = std::max(0.0, r - std::fabs(p.lateralOffset) - std::fabs(p.a1));
-    const double reach = kBeyondReach * (std::fabs(p.a2) + p.wristReach);
+    const double reach = kLengthened * (std::fabs(p.a2) + p.wristReach);
     return horizontal * horizontal + h * h > reach * reach;
 }
 
@@ -153,10 +155,10 @@ bool IsTipOutOfReach(const SixAxisParams& p, const LazyPose& target, const Pose&
 {
     if (!target.IsFiniteMatrix() || !std::isfinite(tool.a + tool.b + tool.c)) return false;
     const Vec3 tip = target.Position();
-    const double fromTip = Norm({tool.x, tool.y, tool.z}) + std::fabs(p.d6);
+    const double fromTip = kLengthened * (Norm({tool.x, tool.y, tool.z}) + std::fabs(p.d6));
     const double r = std::sqrt(tip.x * tip.x + tip.y * tip.y) - fromTip;
     const double h = std::max(0.0, std::fabs(tip.z - p.d1) - fromTip);
-    return r > std::fabs(p.lateralOffset) + kBeyondReach && IsWristOutOfReach(p, r, h);
+    return r - std::fabs(p.lateralOffset) > kClearOfShoulder && IsWristOutOfReach(p, r, h);
 }
 
 // The Newton steps from the closed form's q.

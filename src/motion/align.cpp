@@ -124,11 +124,8 @@ std::int32_t NearestTurn(const Store& store, const Pose& pose, const ToolBlock& 
 
 // The joints for a pose of the block's frame, provided that the current configuration is the nearest to them.
 KineResult SolveNearCurrent(const Store& store, const Pose& pose, const ToolBlock& block,
-                            const Joints& current, Joints& target)
+                            const KineArmConfig& config, const Joints& current, Joints& target)
 {
-    KineArmConfig config{};
-    // The arm has told where its joints lead, so that it knows their configuration too.
-    static_cast<void>(GetArmConfig(store, current, config));
     Joints solution{};
     if (InverseKinematics(store, pose, block, config, solution) != KINE_OK) return KINE_ERR_ALIGN_NO_SOLUTION;
     if (NearestTurn(store, pose, block, config, current) != config.Cfg4) return KINE_ERR_ALIGN_TURN;
@@ -147,7 +144,9 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
     block.load = CombineLoad(request.tool.load, request.payload, block.frame);
 
     LazyPose aligned;
-    if (const KineResult code = ForwardKinematics(store, request.current, block, aligned)) return code;
+    KineArmConfig config{};
+    if (const KineResult code = ForwardKinematics(store, request.current, block, aligned, config))
+        return code;
     if (!IsDefined(request)) return KINE_ERR_DIRECTION;
 
     RotMatrix carriedInReference{};
@@ -171,7 +170,8 @@ KineResult AlignTarget(const Store& store, const AlignRequest& request, Joints& 
 
     const HomMatrix t = PoseToMatrix(aligned.AsPose());
     const auto [a, b, c] = RotMatrixToEulerExact(RotMultiply(t.r, turn));
-    return SolveNearCurrent(store, Pose{t.t.x, t.t.y, t.t.z, a, b, c}, block, request.current, target);
+    return SolveNearCurrent(store, Pose{t.t.x, t.t.y, t.t.z, a, b, c}, block, config, request.current,
+                            target);
 }
 
 }  // namespace kine

@@ -6,7 +6,6 @@ import unittest
 
 import check_abi
 import check_dynamic
-import check_globals
 import check_layers
 import check_macros
 import check_symbols
@@ -74,15 +73,6 @@ class CheckSymbols(unittest.TestCase):
         self.assertEqual(check_symbols.differences({"a", "b"}, {"a", "b"}), [])
         self.assertEqual(check_symbols.differences({"a", "b"}, {"a"}), ["exported but not listed: b"])
         self.assertEqual(check_symbols.differences({"a"}, {"a", "b"}), ["listed but not exported: b"])
-
-
-class CheckGlobals(unittest.TestCase):
-    def test_writable_objects_of_the_namespace_are_found(self):
-        symbols = check_globals.parse_nm(
-            "_ZN4kine12_GLOBAL__N_17libraryE d 1000 10\n_ZN4kine5kNameE r 2000 8\n_ZN4kine3fooEv t 3000 8\n"
-            "_ZZN4kine3fooEvE5count b 4000 4\n_ZTVN4kine8ArmModelE d 5000 8\nother B 6000 8\n")
-        self.assertEqual(check_globals.writable_globals(symbols),
-                         {"_ZN4kine12_GLOBAL__N_17libraryE", "_ZZN4kine3fooEvE5count"})
 
 
 class CheckDynamic(unittest.TestCase):

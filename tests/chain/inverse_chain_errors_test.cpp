@@ -144,16 +144,9 @@ TEST(WobjToJoint, configuration_check_does_not_look_at_the_frame)
 TEST(WobjToJoint, hold_conflict_stops_with_line_zero)
 {
     const Store store = MakeCell(kPlan);
-    for (const std::uint8_t tool : kBytes) {
-        for (const std::uint8_t wobj : kBytes) {
-            if ((tool != 0) != (wobj != 0)) continue;
-            SCOPED_TRACE(testing::Message() << int{tool} << ", " << int{wobj});
-            InverseRequest request = GoodRequest();
-            request.tool.heldByRobot = tool;
-            request.wobj.heldByRobot = wobj;
-            ExpectFailure(store, request, 0x6050u, "IK error 0:24656\n");
-        }
-    }
+    ForAllConflicts([&store](const InverseRequest& request) {
+        ExpectFailure(store, request, 0x6050u, "IK error 0:24656\n");
+    });
 }
 
 TEST(WobjToJoint, unusable_unit_under_the_work_object_stops_with_line_two)

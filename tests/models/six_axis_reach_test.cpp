@@ -94,6 +94,30 @@ TEST(SixAxisInverse, refuses_targets_out_of_reach_with_the_written_out_code)
     EXPECT_GT(refusedPostures, 1000);
 }
 
+// With a long tool the tip lies far outside of the reach, and the wrist centre may lie inside.
+TEST(SixAxisInverse, refuses_with_long_tools_what_the_written_out_code_refuses)
+{
+    test::SeededRandom random(2421);
+    int near = 0, far = 0;
+    for (int i = 0; i < 20000; ++i) {
+        SCOPED_TRACE(i);
+        const SixAxisParams params = RandomArm(random);
+        const double size = std::pow(10.0, random.Uniform(3.0, 12.0));
+        const auto u = [&random](double s) { return random.Uniform(-s, s); };
+        const Pose tool{u(size), u(size), u(size), u(3.0), u(1.5), u(3.0)};
+        // A flange around the reach, and where the tool on it ends.
+        const double reach = std::fabs(params.a2) + params.wristReach + params.d6;
+        const Pose flange{u(reach), u(reach), params.d1 + u(reach), u(3.0), u(1.5), u(3.0)};
+        const Pose target = MatrixToPose(PoseToMatrix(flange) * PoseToMatrix(tool));
+        switch (ExpectWrittenOutReach(params, target, tool, 0)) {
+            case KINE_OK: ++near; break;
+            default: ++far; break;
+        }
+    }
+    EXPECT_GT(near, 1000);
+    EXPECT_GT(far, 1000);
+}
+
 // The wrist centre on the sphere that the stretched arm describes, a little inside and a little outside, also
 // by less than what the tests before the angles are sure of.
 TEST(SixAxisInverse, refuses_the_shell_of_the_reach_with_the_written_out_code)
