@@ -1,0 +1,113 @@
+#!/usr/bin/env python3
+"""Writes what the result codes of interface/result_codes.json say into every file that repeats it.
+
+In each file the text stands between two lines that say "codes: begin" and "codes: end"; the rest of the file is
+written by hand. With --check nothing is written: the command fails when a file says something else than the data, or
+when data and header disagree.
+"""
+
+import argparse
+import json
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+
+def quoted(text):
+    """A string literal of C, C++, C# and Python alike."""
+    return json.dumps(text, ensure_ascii=True)
+
+
+def marked(text):
+    """Names of the interface as Markdown shows them."""
+    return re.sub(r"\b(Kine_\w+|KINE_\w+|SafeArea_Check|HeldByRobot|UFFix|UFrame|OFrame|Aom|Cfg4|lateralOffset|"
+                  r"Word\[3\] = 1)", r"`\1`", text)
+
+
+def markdown(codes):
+    yield "| code | name | cause | what to do |"
+    yield "|---|---|---|---|"
+    for code in codes:
+        cells = f"`{code['code']}`", f"`{code['name']}`", marked("; ".join(code["causes"])), marked(code["remedy"])
+        yield f"| {' | '.join(cells)} |"
+
+
+def cpp(codes):
+    for code in codes:
+        yield f"    {{{code['code']}u, {quoted(code['name'])}, {quoted('; '.join(code['causes']))},"
+        yield f"     {quoted(code['remedy'])}}},"
+
+
+def python(codes):
+    for code in codes:
+        yield f"    Code({code['code']}, {quoted(code['name'])},"
+        causes = ",\n          ".join(quoted(cause) for cause in code["causes"])
+        yield f"         ({causes},),"
+        yield f"         {quoted(code['remedy'])}),"
+
+
+def csharp(codes):
+    for code in codes:
+        yield f"        public const uint {code['name']} = {code['code']};"
+    yield ""
+    yield "        static readonly KineCode[] Codes ="
+    yield "        {"
+    for code in codes:
+        yield f"            new KineCode({code['code']}, {quoted(code['name'])}, {quoted('; '.join(code['causes']))},"
+        yield f"                {quoted(code['remedy'])}),"
+    yield "        };"
+
+
+# Where the codes are repeated, and in which form.
+WRITERS = {
+    "docs/result_codes.md": markdown,
+    "include/KineDll.hpp": cpp,
+    "bindings/python/kinedll/_codes.py": python,
+    "bindings/csharp/KineDll.cs": csharp,
+}
+
+
+def with_codes(text, lines):
+    """The text with the lines between its two marks."""
+    begin = re.search(r"^.*codes: begin.*\n", text, re.MULTILINE)
+    end = re.search(r"^.*codes: end.*$", text, re.MULTILINE)
+    if not begin or not end or end.start() < begin.end():
+        raise ValueError('no lines "codes: begin" and "codes: end"')
+    return text[:begin.end()] + "\n".join(lines) + "\n" + text[end.start():]
+
+
+def contradictions(header, codes):
+    """One sentence for each code that the header and the data do not say alike."""
+    defined = dict(re.findall(r"^#define (KINE_(?:ERR_\w+|OK)) (0x[0-9A-F]+)u", header, re.MULTILINE))
+    listed = {code["name"]: code["code"] for code in codes}
+    return ([f"{name}: {value} in the header, {listed.get(name, 'nothing')} in the data"
+             for name, value in defined.items() if listed.get(name) != value] +
+            [f"{name}: not in the header" for name in listed if name not in defined] +
+            [f"{code['name']}: no cause or no remedy" for code in codes
+             if not all([code["causes"], *code["causes"], code["remedy"]])])
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--check", action="store_true", help="write nothing, fail where something would be written")
+    check = parser.parse_args().check
+    codes = json.loads((ROOT / "interface/result_codes.json").read_text(encoding="ascii"))
+    found = contradictions((ROOT / "include/KineDll.h").read_text(encoding="ascii"), codes)
+    for name, writer in WRITERS.items():
+        path = ROOT / name
+        old = path.read_text(encoding="utf-8")
+        new = with_codes(old, writer(codes))
+        if new == old:
+            continue
+        if check:
+            found.append(f"{name}: differs from interface/result_codes.json; run interface/generate.py")
+        else:
+            path.write_text(new, encoding="utf-8")
+    print("\n".join(found) or f"{len(codes)} codes")
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
