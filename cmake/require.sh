@@ -31,6 +31,8 @@ is_present() {
         orocos-kdl) has_header kdl/config.h ;;
         libfuzzer) [ -e "$(clang++ -print-resource-dir 2>/dev/null)/lib/linux/libclang_rt.fuzzer-$(uname -m).a" ] ;;
         mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
+        eigen) has_header eigen3/Eigen/Geometry ;;
+        scipy) /usr/bin/python3 -c 'import scipy' >/dev/null 2>&1 ;;
         *) command -v "$1" >/dev/null ;;
     esac
 }
@@ -45,6 +47,8 @@ package_of() {
         libfuzzer) echo libclang-rt-dev ;;
         orocos-kdl) echo liborocos-kdl-dev ;;
         mpmath) echo python3-mpmath ;;
+        eigen) echo libeigen3-dev ;;
+        scipy) echo python3-scipy ;;
         *) echo "$1" ;;
     esac
 }
