@@ -49,6 +49,8 @@ package_of() {
         mpmath) echo python3-mpmath ;;
         eigen) echo libeigen3-dev ;;
         scipy) echo python3-scipy ;;
+        mcs) echo mono-mcs ;;
+        mono) echo mono-runtime ;;
         *) echo "$1" ;;
     esac
 }

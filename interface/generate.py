@@ -11,6 +11,8 @@ import json
 import pathlib
 import re
 import sys
+import textwrap
+from xml.sax import saxutils
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
@@ -48,16 +50,37 @@ def python(codes):
         yield f"         {quoted(code['remedy'])}),"
 
 
+def csharp_summary(text, indent):
+    """A documentation comment, on one line where it fits."""
+    start = f"{indent}/// "
+    line = f"{start}<summary>{text}</summary>"
+    if len(line) <= 120:
+        return [line]
+    return [f"{start}<summary>",
+            *textwrap.wrap(text, 120, initial_indent=start, subsequent_indent=start, break_on_hyphens=False),
+            f"{start}</summary>"]
+
+
+def csharp_string(text, indent, end):
+    """A literal over as many lines as it takes."""
+    parts = textwrap.wrap(text, 110 - len(indent), drop_whitespace=False, break_on_hyphens=False)
+    for i, part in enumerate(parts):
+        yield f"{indent}{quoted(part)}{' +' if i + 1 < len(parts) else end}"
+
+
 def csharp(codes):
+    indent = " " * 8
     for code in codes:
-        yield f"        public const uint {code['name']} = {code['code']};"
+        yield from csharp_summary(saxutils.escape("; ".join(code["causes"])), indent)
+        yield f"{indent}public const uint {code['name']} = {code['code']};"
     yield ""
-    yield "        static readonly KineCode[] Codes ="
-    yield "        {"
+    yield f"{indent}static readonly KineCode[] Codes ="
+    yield f"{indent}{{"
     for code in codes:
-        yield f"            new KineCode({code['code']}, {quoted(code['name'])}, {quoted('; '.join(code['causes']))},"
-        yield f"                {quoted(code['remedy'])}),"
-    yield "        };"
+        yield f"{indent}    new KineCode({code['name']}, {quoted(code['name'])},"
+        yield from csharp_string("; ".join(code["causes"]), indent + " " * 8, ",")
+        yield from csharp_string(code["remedy"], indent + " " * 8, "),")
+    yield f"{indent}}};"
 
 
 # Where the codes are repeated, and in which form.

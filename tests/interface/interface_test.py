@@ -1,6 +1,7 @@
 """Tests of the scripts that keep the repeated parts of the interface in step."""
 
 import pathlib
+import re
 import sys
 import unittest
 
@@ -61,6 +62,18 @@ class Codes(unittest.TestCase):
     def test_python_rows_are_python(self):
         rows = eval("(" + "\n".join(generate.python([OK, CODE])) + ")", {"Code": lambda *fields: fields})
         self.assertEqual(rows[1], (0x6000, "KINE_ERR_A", ("one", "two of Kine_B"), "Do it."))
+
+    def test_csharp_texts_are_wrapped_and_complete(self):
+        long = dict(CODE, causes=["a < b & \"c\"", "word " * 40 + "end"])
+        rows = list(generate.csharp([OK, long]))
+        self.assertLessEqual(max(map(len, rows)), 120)
+        self.assertIn("        /// <summary>success</summary>", rows)
+        self.assertIn("        public const uint KINE_ERR_A = 0x6000;", rows)
+        comment = " ".join(row.split("/// ")[1] for row in rows if "/// " in row)
+        self.assertIn("a &lt; b &amp; \"c\"; " + "word " * 40 + "end", comment)
+        table = "\n".join(rows[rows.index("") + 1:])
+        strings = re.sub(r'" \+\n *"', "", table)
+        self.assertIn(generate.quoted("; ".join(long["causes"])), strings)
 
 
 if __name__ == "__main__":
