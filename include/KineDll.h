@@ -1,6 +1,10 @@
 /**
  * @file KineDll.h
  * KineDll: kinematics of industrial robot arms behind a plain C interface.
+ */
+
+/**
+ * @mainpage KineDll.h
  *
  * One configuration per process, no locking, one calling thread: the setup calls write the configuration,
  * all other calls only read it. Any number of threads may read at once as long as no setup call runs
@@ -30,6 +34,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+/** @cond */
 #if defined(_WIN32)
 #define KINE_CALL __cdecl
 #if defined(KINE_BUILDING_LIBRARY)
@@ -47,6 +52,7 @@
 #define KINE_API
 #endif
 #endif
+/** @endcond */
 
 #ifdef __cplusplus
 extern "C" {
@@ -55,6 +61,9 @@ extern "C" {
 /* ---------------------------------------------------------------------------------------------- */
 /* Result codes                                                                                   */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup codes Result codes */
+/** @{ */
 
 /** 0 for success, otherwise one of the codes below. */
 typedef uint32_t KineResult;
@@ -110,9 +119,14 @@ typedef uint32_t KineResult;
 /** Kine_IsSingularity: the joints are singular. */
 #define KINE_SINGULAR 0xFFFFFFFFu
 
+/** @} */
+
 /* ---------------------------------------------------------------------------------------------- */
 /* Records. Little-endian, natural alignment, 8-byte doubles; reserved bytes are never interpreted. */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup records Records */
+/** @{ */
 
 #define KINE_ARM_FOUR_AXIS 4u         /**< four-axis arm, vertical screw axis 3 */
 #define KINE_ARM_SIX_AXIS 6u          /**< six-axis serial arm */
@@ -147,10 +161,10 @@ typedef struct KineFrame
  */
 typedef struct KineArmConfig
 {
-    int32_t Cfg1;
-    int32_t Cfg2;
-    int32_t Cfg3;
-    int32_t Cfg4;
+    int32_t Cfg1; /**< see the table */
+    int32_t Cfg2; /**< see the table */
+    int32_t Cfg3; /**< see the table */
+    int32_t Cfg4; /**< see the table */
 } KineArmConfig;
 
 /** A Cartesian target: frame, configuration integers (see KineArmConfig) and external axes. */
@@ -184,9 +198,9 @@ typedef struct KineLoad
 typedef struct KineTool
 {
     uint8_t HeldByRobot; /**< 1: on the flange; 0: stationary, the robot holds the work object */
-    uint8_t Reserved[7];
-    KineFrame TFrame; /**< tool centre point in the flange, or in the world for a stationary tool */
-    KineLoad TLoad;   /**< load of the tool, centre of gravity in the flange */
+    uint8_t Reserved[7]; /**< not read */
+    KineFrame TFrame;    /**< tool centre point in the flange, or in the world for a stationary tool */
+    KineLoad TLoad;      /**< load of the tool, centre of gravity in the flange */
 } KineTool;
 
 /**
@@ -203,36 +217,36 @@ typedef struct KineWobj
     uint8_t HeldByRobot;  /**< 1: held by the robot (stationary tool) */
     uint8_t UFFix;        /**< 1: user frame fixed, given in UFrame; 0: carried by a mechanical unit */
     int8_t MechUnitIndex; /**< the carrying mechanical unit when UFFix is 0 */
-    uint8_t Reserved[5];
-    KineFrame UFrame; /**< in the world, or in the flange when held; taken as zero unless UFFix is 1 */
-    KineFrame OFrame; /**< in the user frame */
+    uint8_t Reserved[5];  /**< not read */
+    KineFrame UFrame;     /**< in the world, or in the flange when held; taken as zero unless UFFix is 1 */
+    KineFrame OFrame;     /**< in the user frame */
 } KineWobj;
 
 /** A mechanical unit: a positioner or a track. */
 typedef struct KineMechUnit
 {
-    int32_t Active;    /**< 0: accepted without looking at AxisCount */
-    uint16_t UnitKind; /**< 1: one linear axis, 2: one rotary axis, 3: two rotary axes */
-    uint8_t Option1;   /**< 1: this unit (stored at index 0) says what carries the robot */
-    uint8_t Option2;   /**< index of the unit under the robot when Option1 is 1 */
-    uint8_t AxisCount; /**< number of axes */
-    uint8_t Reserved[7];
+    int32_t Active;            /**< 0: accepted without looking at AxisCount */
+    uint16_t UnitKind;         /**< 1: one linear axis, 2: one rotary axis, 3: two rotary axes */
+    uint8_t Option1;           /**< 1: this unit (stored at index 0) says what carries the robot */
+    uint8_t Option2;           /**< index of the unit under the robot when Option1 is 1 */
+    uint8_t AxisCount;         /**< number of axes */
+    uint8_t Reserved[7];       /**< not read */
     KineFrame AxisFrame[6];    /**< rotary: the frame the axis turns about Z; linear: it moves along X */
     uint8_t AxisParamIndex[6]; /**< for each axis, which of the six external axes drives it (0..5) */
-    uint8_t Reserved2[2];
+    uint8_t Reserved2[2];      /**< not read */
 } KineMechUnit;
 
 /** One external axis; stored for the caller. Only Word[3] is read by the library. */
 typedef struct KineExtAxisParam
 {
-    int16_t Word[4];
-    uint32_t Raw0;
-    uint32_t Raw1;
-    float AngleA; /**< deg */
-    float AngleB; /**< deg */
-    uint32_t Value[7];
-    int16_t Tail[3];
-    uint8_t Reserved[2];
+    int16_t Word[4];     /**< [3]: 1 for a linear axis, else a rotary one; the others not read */
+    uint32_t Raw0;       /**< not read */
+    uint32_t Raw1;       /**< not read */
+    float AngleA;        /**< deg, not read */
+    float AngleB;        /**< deg, not read */
+    uint32_t Value[7];   /**< not read */
+    int16_t Tail[3];     /**< not read */
+    uint8_t Reserved[2]; /**< not read */
 } KineExtAxisParam;
 
 /**
@@ -250,7 +264,7 @@ typedef struct KineExtAxisParam
  */
 typedef struct KineInchDir
 {
-    int32_t Slot[14];
+    int32_t Slot[14]; /**< factors of the step, see the table */
 } KineInchDir;
 
 /**
@@ -283,38 +297,38 @@ typedef struct KineSixAxisParam
     double d6;            /**< mm, wrist centre to flange; not below -1e-5 */
     double d1;            /**< mm, height of axis 2 over the base plane */
     double lateralOffset; /**< mm, wrist centre off the plane of the arm; read by the inverse only */
-    double reserved0;
-    double alpha1; /**< deg */
-    double alpha2; /**< deg */
-    double alpha3; /**< deg */
-    double alpha4; /**< deg */
-    double alpha5; /**< deg */
-    double beta2;  /**< deg, rotation about Y at the end of link 2 */
-    double d3;     /**< mm */
-    double d5;     /**< mm */
-    double a4;     /**< mm */
-    double a5;     /**< mm */
-    double mountX; /**< deg, tilt of the base about X against gravity */
-    double mountY; /**< deg, tilt of the base about Y against gravity */
-    double reserved1[4];
-    double G[7]; /**< N mm, weight coefficients of the links; G[6] has no effect */
-    double k2;   /**< N m / rad, stiffness of joint 2; 0 switches the deflection off */
-    double k3;   /**< N m / rad, stiffness of joint 3; 0 switches the deflection off */
-    double k5;   /**< N m / rad, stiffness of joint 5; 0 switches the deflection off */
+    double reserved0;     /**< not read */
+    double alpha1;        /**< deg */
+    double alpha2;        /**< deg */
+    double alpha3;        /**< deg */
+    double alpha4;        /**< deg */
+    double alpha5;        /**< deg */
+    double beta2;         /**< deg, rotation about Y at the end of link 2 */
+    double d3;            /**< mm */
+    double d5;            /**< mm */
+    double a4;            /**< mm */
+    double a5;            /**< mm */
+    double mountX;        /**< deg, tilt of the base about X against gravity */
+    double mountY;        /**< deg, tilt of the base about Y against gravity */
+    double reserved1[4];  /**< not read */
+    double G[7];          /**< N mm, weight coefficients of the links; G[6] has no effect */
+    double k2;            /**< N m / rad, stiffness of joint 2; 0 switches the deflection off */
+    double k3;            /**< N m / rad, stiffness of joint 3; 0 switches the deflection off */
+    double k5;            /**< N m / rad, stiffness of joint 5; 0 switches the deflection off */
 } KineSixAxisParam;
 
 /** Parameters of arm types 4 and 4110. */
 typedef struct KineFourAxisParam
 {
-    double Link1Length; /**< mm, not below 1e-5 */
-    double Link2Length; /**< mm, not below 1e-5 */
-    double ZOffset;     /**< mm, height of the flange at axis 3 = 0 */
-    double ScrewLead;   /**< mm per revolution of axis 3, not below 1e-5 */
-    double reserved0[4];
-    double Link1TiltX; /**< deg */
-    double Link2TiltX; /**< deg */
-    double Link1TiltY; /**< deg */
-    double Link2TiltY; /**< deg */
+    double Link1Length;  /**< mm, not below 1e-5 */
+    double Link2Length;  /**< mm, not below 1e-5 */
+    double ZOffset;      /**< mm, height of the flange at axis 3 = 0 */
+    double ScrewLead;    /**< mm per revolution of axis 3, not below 1e-5 */
+    double reserved0[4]; /**< not read */
+    double Link1TiltX;   /**< deg */
+    double Link2TiltX;   /**< deg */
+    double Link1TiltY;   /**< deg */
+    double Link2TiltY;   /**< deg */
 } KineFourAxisParam;
 
 /** Kinematic parameters: the view of the arm type in use. A call reads no byte beyond that view. */
@@ -324,9 +338,14 @@ typedef union KineKinematicParam
     KineFourAxisParam FourAxis; /**< arm types 4 and 4110: the first 96 bytes */
 } KineKinematicParam;
 
+/** @} */
+
 /* ---------------------------------------------------------------------------------------------- */
 /* Setup: describes the arm and its cell                                                          */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup setup Setup: describes the arm and its cell */
+/** @{ */
 
 /**
  * Selects and initialises the arm. Clears the mechanical units and external axes, puts the robot base at
@@ -335,7 +354,7 @@ typedef union KineKinematicParam
  * @param armType one of KINE_ARM_...
  * @param param   parameters; the view of armType is read, mm and degrees
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_UNKNOWN_ARM_TYPE: armType is none of KINE_ARM_...
  *  - KINE_ERR_MODEL_PARAM: param is null; or a length is below its bound. A NaN length passes.
  *
@@ -350,7 +369,7 @@ KINE_API KineResult KINE_CALL Kine_InitKinematicParam(uint32_t armType, const Ki
  * @param upper upper limits, deg
  * @param lower lower limits, deg; axes 7 and 8 and the external axes of both are not read
  *
- * Codes in this order: KINE_ERR_JOINT (upper or lower null), KINE_ERR_NOT_INITIALISED.
+ * @return codes in this order: KINE_ERR_JOINT (upper or lower null), KINE_ERR_NOT_INITIALISED.
  */
 KINE_API KineResult KINE_CALL Kine_SetAxisLimit(const KineJoint* upper, const KineJoint* lower);
 
@@ -364,7 +383,7 @@ KINE_API KineResult KINE_CALL Kine_SetAxisLimit(const KineJoint* upper, const Ki
  *
  * The enable flag is stored first, even when the counts are refused.
  *
- * Codes and lines in this order, both KINE_ERR_MECH_UNIT_COUNT:
+ * @return codes and lines in this order, both KINE_ERR_MECH_UNIT_COUNT:
  *  - mechUnitCount > 3: "IsLegalMechUnitAndExtAxisNum:mechUnitCount:%d,%d\n" with mechUnitCount and 3
  *  - extAxisItemCount > 6: "IsLegalMechUnitAndExtAxisNum:extAxisParamItemCount:%d,%d\n" with
  *    extAxisItemCount and 6
@@ -381,7 +400,7 @@ KINE_API KineResult KINE_CALL Kine_SetMechUnitGlobalCfg(uint32_t mechUnitCount, 
  * @param index 0..2
  * @param unit  the unit; mm and degrees
  *
- * Codes and lines in this order, all KINE_ERR_MECH_UNIT; nothing is stored:
+ * @return codes and lines in this order, all KINE_ERR_MECH_UNIT; nothing is stored:
  *  - index < 0 or index > 2: "IsLegalMechUnit:index:%d,%d\n" with index and the unit count
  *  - unit is null: no line
  *  - Active is not 0 and AxisCount exceeds the number of external-axis items:
@@ -396,15 +415,20 @@ KINE_API KineResult KINE_CALL Kine_SetMechUnitParam(int32_t index, const KineMec
  * @param index 0..5
  * @param param the axis
  *
- * Codes and lines in this order, both KINE_ERR_EXT_AXIS_PARAM; nothing is stored:
+ * @return codes and lines in this order, both KINE_ERR_EXT_AXIS_PARAM; nothing is stored:
  *  - index < 0 or index > 5: "IsLegalExtAxisParam:index:%d,%d\n" with index and the item count
  *  - param is null: no line
  */
 KINE_API KineResult KINE_CALL Kine_SetExtAxisParam(int32_t index, const KineExtAxisParam* param);
 
+/** @} */
+
 /* ---------------------------------------------------------------------------------------------- */
 /* Queries about the arm                                                                          */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup queries Queries about the arm */
+/** @{ */
 
 /**
  * Gives the posture and turns of a joint set (not the arm type, in spite of the name).
@@ -412,7 +436,7 @@ KINE_API KineResult KINE_CALL Kine_SetExtAxisParam(int32_t index, const KineExtA
  * @param joints axes, deg; any size, NaN and infinity give the ends of the int32 range
  * @param config result, see KineArmConfig
  *
- * Codes in this order: KINE_ERR_JOINT (joints null), KINE_ERR_CONFIG (config null),
+ * @return codes in this order: KINE_ERR_JOINT (joints null), KINE_ERR_CONFIG (config null),
  * KINE_ERR_NOT_INITIALISED.
  */
 KINE_API KineResult KINE_CALL Kine_GetArmType(const KineJoint* joints, KineArmConfig* config);
@@ -421,7 +445,9 @@ KINE_API KineResult KINE_CALL Kine_GetArmType(const KineJoint* joints, KineArmCo
  * Says whether the turn numbers of a pose fit the axis limits, with two quarter turns to spare on either
  * side. Arm type 6 looks at Cfg1 to Cfg3, arm type 4 at Cfg4, arm type 4110 at Cfg2 to Cfg4.
  *
- * Codes in this order: KINE_ERR_POSE (null, or an angle beyond +-180), KINE_ERR_NOT_INITIALISED,
+ * @param pose pose; only its angles and its configuration integers are looked at
+ *
+ * @return codes in this order: KINE_ERR_POSE (null, or an angle beyond +-180), KINE_ERR_NOT_INITIALISED,
  * KINE_ERR_CONFIG.
  */
 KINE_API KineResult KINE_CALL Kine_IsArmTypeValid(const KinePose* pose);
@@ -437,13 +463,18 @@ KINE_API KineResult KINE_CALL Kine_IsArmTypeValid(const KinePose* pose);
  * @param kind   0 or 1: 20 mm, 0.05, 0.05 (arm type 6), 0.0192 rad; 2: 30 mm, 0.087266, 0.087266, 0.0524
  *               rad; any other value: nothing is ever singular
  *
- * Codes in this order: KINE_ERR_JOINT (null), KINE_ERR_NOT_INITIALISED.
+ * @return codes in this order: KINE_ERR_JOINT (null), KINE_ERR_NOT_INITIALISED.
  */
 KINE_API KineResult KINE_CALL Kine_IsSingularity(const KineJoint* joints, uint32_t kind);
+
+/** @} */
 
 /* ---------------------------------------------------------------------------------------------- */
 /* Forward: joints to positions                                                                   */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup forward Forward: joints to positions */
+/** @{ */
 
 /**
  * Position of the tool centre point in the robot base, from the joints.
@@ -459,7 +490,7 @@ KINE_API KineResult KINE_CALL Kine_IsSingularity(const KineJoint* joints, uint32
  *               KineSixAxisParam.k2), its centre of gravity is given in the frame the flange carries
  * @param pose   result: mm and deg, the configuration of the joints and the external axes of the joints
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_JOINT (null), KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_LOAD
  *  - KINE_ERR_HOLD: the two HeldByRobot bytes are equal
  *  - KINE_ERR_POSE: pose is null
@@ -486,12 +517,30 @@ KINE_API KineResult KINE_CALL Kine_JointToBasePos(const KineJoint* joints, const
 /**
  * Position of the tool centre point in the flange; see Kine_JointToBasePos. With a tool on the flange it
  * is TFrame itself with external axes 0, and no step after "FK Error 2" runs.
+ *
+ * @param joints see Kine_JointToBasePos
+ * @param tool   see Kine_JointToBasePos
+ * @param wobj   see Kine_JointToBasePos
+ * @param load   see Kine_JointToBasePos
+ * @param pose   result: in the flange
+ *
+ * @return codes as in Kine_JointToBasePos
  */
 KINE_API KineResult KINE_CALL Kine_JointToFlangePos(const KineJoint* joints, const KineTool* tool,
                                                     const KineWobj* wobj, const KineLoad* load,
                                                     KinePose* pose);
 
-/** Position of the tool centre point in the world; see Kine_JointToBasePos. */
+/**
+ * Position of the tool centre point in the world; see Kine_JointToBasePos.
+ *
+ * @param joints see Kine_JointToBasePos
+ * @param tool   see Kine_JointToBasePos
+ * @param wobj   see Kine_JointToBasePos
+ * @param load   see Kine_JointToBasePos
+ * @param pose   result: in the world
+ *
+ * @return codes as in Kine_JointToBasePos
+ */
 KINE_API KineResult KINE_CALL Kine_JointToWorldPos(const KineJoint* joints, const KineTool* tool,
                                                    const KineWobj* wobj, const KineLoad* load,
                                                    KinePose* pose);
@@ -499,6 +548,14 @@ KINE_API KineResult KINE_CALL Kine_JointToWorldPos(const KineJoint* joints, cons
 /**
  * Position of the tool centre point in the work object (object frame); see Kine_JointToBasePos. All steps
  * run for both set-ups of the cell.
+ *
+ * @param joints see Kine_JointToBasePos
+ * @param tool   see Kine_JointToBasePos
+ * @param wobj   see Kine_JointToBasePos
+ * @param load   see Kine_JointToBasePos
+ * @param pose   result: in the work object
+ *
+ * @return codes as in Kine_JointToBasePos
  */
 KINE_API KineResult KINE_CALL Kine_JointToWobjPos(const KineJoint* joints, const KineTool* tool,
                                                   const KineWobj* wobj, const KineLoad* load, KinePose* pose);
@@ -513,14 +570,21 @@ KINE_API KineResult KINE_CALL Kine_JointToWobjPos(const KineJoint* joints, const
  * @param joints axes, deg
  * @param pose   result: mm and deg, the configuration of the joints, external axes 0
  *
- * Codes in this order: KINE_ERR_JOINT (joints null), KINE_ERR_POSE (pose null), KINE_ERR_NOT_INITIALISED.
  * Nothing is printed.
+ *
+ * @return codes in this order: KINE_ERR_JOINT (joints null), KINE_ERR_POSE (pose null),
+ * KINE_ERR_NOT_INITIALISED.
  */
 KINE_API KineResult KINE_CALL Kine_FKineVision(const KineJoint* joints, KinePose* pose);
+
+/** @} */
 
 /* ---------------------------------------------------------------------------------------------- */
 /* Inverse: positions to joints                                                                   */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup inverse Inverse: positions to joints */
+/** @{ */
 
 /**
  * Joints that bring the tool centre point to a target in the work object; the inverse of
@@ -535,7 +599,7 @@ KINE_API KineResult KINE_CALL Kine_FKineVision(const KineJoint* joints, KinePose
  * @param load   payload
  * @param joints result: axes in deg (unused ones 0) and the external axes of the target
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_LOAD
  *  - KINE_ERR_POSE: target null or an angle beyond +-180
  *  - KINE_ERR_HOLD: the two HeldByRobot bytes are equal
@@ -565,9 +629,14 @@ KINE_API KineResult KINE_CALL Kine_WobjPosToJoint(const KinePose* target, const 
                                                   const KineWobj* wobj, const KineLoad* load,
                                                   KineJoint* joints);
 
+/** @} */
+
 /* ---------------------------------------------------------------------------------------------- */
 /* Conversions of positions between frames                                                        */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup conversions Conversions of positions between frames */
+/** @{ */
 
 /**
  * A world position in the frame of a fixed work object (object frame). Neither mechanical units nor the
@@ -578,7 +647,7 @@ KINE_API KineResult KINE_CALL Kine_WobjPosToJoint(const KinePose* target, const 
  * @param wobj work object, fixed and not held
  * @param out  result: position in the work object
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_WOBJ: refused (with its line, see KineWobj); UFFix 0; HeldByRobot 1
  *  - KINE_ERR_POSE: pose null or an angle beyond +-180; out null
  */
@@ -593,7 +662,7 @@ KINE_API KineResult KINE_CALL Kine_WorldPosToFixWobjPos(const KinePose* pose, co
  * @param flange pose of the flange in the world
  * @param out    result: position in the work object, with configuration and external axes of pose
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_WOBJ: refused (with its line, see KineWobj); HeldByRobot 0
  *  - KINE_ERR_POSE: pose null or an angle beyond +-180; the same for flange; out null
  */
@@ -603,7 +672,12 @@ KINE_API KineResult KINE_CALL Kine_WorldPosToGripWobjPos(const KinePose* pose, c
 /**
  * The way back from Kine_WorldPosToGripWobjPos. Takes a work object that is not held too.
  *
- * Codes in this order: KINE_ERR_WOBJ (with its line, see KineWobj); KINE_ERR_POSE for pose, flange, a
+ * @param pose   position in the work object, mm and deg
+ * @param wobj   work object
+ * @param flange pose of the flange in the world
+ * @param out    result: position in the world, with configuration and external axes of pose
+ *
+ * @return codes in this order: KINE_ERR_WOBJ (with its line, see KineWobj); KINE_ERR_POSE for pose, flange, a
  * null out.
  */
 KINE_API KineResult KINE_CALL Kine_GripWobjPosToWorldPos(const KinePose* pose, const KineWobj* wobj,
@@ -621,7 +695,7 @@ KINE_API KineResult KINE_CALL Kine_GripWobjPosToWorldPos(const KinePose* pose, c
  * @param load not read, but refused when null
  * @param out  result, with configuration and external axes of pose
  *
- * Codes in this order, checks in every mode; nothing is printed but the line of the work object:
+ * @return codes in this order, checks in every mode; nothing is printed but the line of the work object:
  *  - KINE_ERR_POSE, KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj); KINE_ERR_LOAD: load null;
  *    KINE_ERR_POSE: out null
  *  - mode -1: KINE_ERR_CRD_WOBJ: the tool is held
@@ -638,7 +712,7 @@ KINE_API KineResult KINE_CALL Kine_CrdPosToWobjPos(const KinePose* pose, int32_t
  * @param offset mm and deg
  * @param out    result, with configuration and external axes of pose
  *
- * Codes in this order: KINE_ERR_POSE; KINE_ERR_OFFSET_FRAME (null, or an angle beyond +-180);
+ * @return codes in this order: KINE_ERR_POSE; KINE_ERR_OFFSET_FRAME (null, or an angle beyond +-180);
  * KINE_ERR_POSE: out null.
  */
 KINE_API KineResult KINE_CALL Kine_ToolCoordOffset(const KinePose* pose, const KineFrame* offset,
@@ -646,18 +720,27 @@ KINE_API KineResult KINE_CALL Kine_ToolCoordOffset(const KinePose* pose, const K
 
 /**
  * A pose moved by an offset along the axes of its reference frame and turned about them in place: the
- * rotation of the offset does not move the position, so this is not a product of frames. See
- * Kine_ToolCoordOffset.
+ * rotation of the offset does not move the position, so this is not a product of frames.
+ *
+ * @param pose   mm and deg
+ * @param offset mm and deg
+ * @param out    result, with configuration and external axes of pose
+ *
+ * @return codes as in Kine_ToolCoordOffset
  */
 KINE_API KineResult KINE_CALL Kine_WobjCoordOffset(const KinePose* pose, const KineFrame* offset,
                                                    KinePose* out);
+
+/** @} */
 
 /* ---------------------------------------------------------------------------------------------- */
 /* Calibration: frames from taught poses                                                          */
 /* ---------------------------------------------------------------------------------------------- */
 
-/*
- * Rules that hold for all eighteen calibrations:
+/**
+ * @defgroup calibration Calibration: frames from taught poses
+ *
+ * Eighteen calls that turn taught poses into frames. Rules that hold for all eighteen calibrations:
  *
  *  - The angles of every taught pose are checked first, also of a pose that is not used further. They and
  *    null poses give KINE_ERR_POSE, so does a null given frame (its angles are not checked) and, after
@@ -691,6 +774,7 @@ KINE_API KineResult KINE_CALL Kine_WobjCoordOffset(const KinePose* pose, const K
  *  - The poses of a four-axis arm with tilts carry a heading only, so that its tools are found as well as
  *    the tilts are small.
  */
+/** @{ */
 
 /**
  * Tool centre point of a stationary tool that the tip of a calibrated tool touches: the taught position
@@ -698,6 +782,8 @@ KINE_API KineResult KINE_CALL Kine_WobjCoordOffset(const KinePose* pose, const K
  *
  * @param p0    touching pose
  * @param frame result: (X, Y, Z of p0, 0, 0, 0)
+ *
+ * @return no codes besides those of all calibrations
  */
 KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_1P(const KinePose* p0, KineFrame* frame);
 
@@ -710,7 +796,7 @@ KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_1P(const KinePose* p0, KineFra
  * @param xPoint touches a point towards the positive X axis
  * @param frame  result
  *
- * Codes in this order: KINE_ERR_ZERO_VECTOR: zPoint or xPoint less than 0.01 mm from the origin;
+ * @return codes in this order: KINE_ERR_ZERO_VECTOR: zPoint or xPoint less than 0.01 mm from the origin;
  * KINE_ERR_CALIB_COLLINEAR: sine of the angle between the two directions below 0.01.
  */
 KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_1PZX(const KinePose* origin, const KinePose* zPoint,
@@ -731,7 +817,7 @@ KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_1PZX(const KinePose* origin, c
  * the three touched positions agree best (least squares of those of p1 and p2 against that of p0). Arm
  * type 6 finds all of t. Arm types 4 and 4110 find its X and Y; its Z is 0.
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_NOT_INITIALISED: the configured arm type is none of KINE_ARM_...
  *  - KINE_ERR_CALIB_POINTS_CLOSE: two of the three positions less than 1e-5 mm apart (arm types 4 and
  *    4110: in X and Y)
@@ -759,7 +845,7 @@ KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_3P(const KinePose* p0, const K
  * @param error  report of p0, p1, p2; written as soon as these are solved, also when a later code is
  *               returned
  *
- * Codes in this order: those of Kine_CalcExtToolPrm_3P, then those of Kine_CalcExtToolPrm_1PZX.
+ * @return codes in this order: those of Kine_CalcExtToolPrm_3P, then those of Kine_CalcExtToolPrm_1PZX.
  */
 KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_3PZX(const KinePose* p0, const KinePose* p1,
                                                        const KinePose* p2, const KinePose* origin,
@@ -775,7 +861,9 @@ KINE_API KineResult KINE_CALL Kine_CalcExtToolPrm_3PZX(const KinePose* p0, const
  * @param frame result: the point in the flange with angles 0; arm types 4 and 4110: Z is 0
  * @param error report, see KineCalibError
  *
- * Solution and codes as in Kine_CalcExtToolPrm_3P.
+ * The solution is that of Kine_CalcExtToolPrm_3P.
+ *
+ * @return codes as in Kine_CalcExtToolPrm_3P
  */
 KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_3P(const KinePose* p0, const KinePose* p1,
                                                       const KinePose* p2, KineFrame* frame,
@@ -796,7 +884,7 @@ KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_3P(const KinePose* p0, const 
  * @param error  report of p0, p1, p2; written as soon as these are solved, also when a later code is
  *               returned
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - those of Kine_CalcExtToolPrm_3P
  *  - KINE_ERR_CALIB_POINTS_CLOSE: the tool point travels less than 1e-5 mm from origin to zPoint, or from
  *    zPoint to xPoint
@@ -819,7 +907,7 @@ KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_3PZX(const KinePose* p0, cons
  * @param frame result: the point in the flange with angles 0
  * @param error report, see KineCalibError
  *
- * Codes in this order: KINE_ERR_NOT_INITIALISED: the configured arm type is not 6;
+ * @return codes in this order: KINE_ERR_NOT_INITIALISED: the configured arm type is not 6;
  * KINE_ERR_CALIB_SINGULAR: the orientations differ too little, or about one axis only (determinant at
  * most 1e-10).
  */
@@ -836,7 +924,7 @@ KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_5P(const KinePose* p0, const 
  * @param p1    touching pose of the flange
  * @param frame result: X and Y of the point in the flange; the others 0
  *
- * Codes in this order: KINE_ERR_NOT_INITIALISED: the configured arm type is neither;
+ * @return codes in this order: KINE_ERR_NOT_INITIALISED: the configured arm type is neither;
  * KINE_ERR_CALIB_POINTS_CLOSE: positions less than 1e-5 mm apart in X and Y; KINE_ERR_CALIB_SINGULAR: the
  * headings differ too little (determinant at most 1e-10).
  */
@@ -852,8 +940,8 @@ KINE_API KineResult KINE_CALL Kine_CalcGripToolPrm_Scara2P(const KinePose* p0, c
  * @param tilt   result: angle between the Z axis of the frame and that of the frame of the poses, IN
  *               RADIANS
  *
- * KINE_ERR_CALIB_POINTS_CLOSE: the points are less than 0.001 mm apart, or the direction between them is
- * vertical (horizontal part of the unit vector below 1e-5).
+ * @return KINE_ERR_CALIB_POINTS_CLOSE: the points are less than 0.001 mm apart, or the direction between
+ * them is vertical (horizontal part of the unit vector below 1e-5).
  */
 KINE_API KineResult KINE_CALL Kine_CalcExtWobj_UserPrm_2P(const KinePose* origin, const KinePose* xPoint,
                                                           KineFrame* frame, double* tilt);
@@ -868,7 +956,7 @@ KINE_API KineResult KINE_CALL Kine_CalcExtWobj_UserPrm_2P(const KinePose* origin
  * @param tilt    result: angle between the Z axis of the frame and that of the frame of the poses, IN
  *                RADIANS
  *
- * Codes in this order: KINE_ERR_CALIB_POINTS_CLOSE: two points less than 0.01 mm apart;
+ * @return codes in this order: KINE_ERR_CALIB_POINTS_CLOSE: two points less than 0.01 mm apart;
  * KINE_ERR_CALIB_COLLINEAR: the sine of the angle between the two directions from the origin is below
  * 1e-5.
  */
@@ -888,7 +976,7 @@ KINE_API KineResult KINE_CALL Kine_CalcExtWobj_UserPrm_3P(const KinePose* origin
  * @param tilt  result: angle between the Z axis of the frame and that of the frame of the poses, IN
  *              RADIANS
  *
- * Codes in this order: KINE_ERR_CALIB_POINTS_CLOSE: two points less than 1e-5 mm apart;
+ * @return codes in this order: KINE_ERR_CALIB_POINTS_CLOSE: two points less than 1e-5 mm apart;
  * KINE_ERR_CALIB_COLLINEAR: the points lie on one line (cosine beyond 0.99999, seen from p1);
  * KINE_ERR_CALIB_3: four times the squared area of their triangle is below 1e-5 mm^4.
  */
@@ -907,7 +995,7 @@ KINE_API KineResult KINE_CALL Kine_CalcExtWobj_UserPrm_Cirle3P(const KinePose* p
  * @param frame   result: in the user frame
  * @param tilt    result: as in Kine_CalcExtWobj_UserPrm_3P, against the frame of the poses, IN RADIANS
  *
- * Codes as in Kine_CalcExtWobj_UserPrm_3P.
+ * @return codes as in Kine_CalcExtWobj_UserPrm_3P.
  */
 KINE_API KineResult KINE_CALL Kine_CalcExtWobj_ObjPrm_3P(const KinePose* origin, const KinePose* xPoint,
                                                          const KinePose* xyPoint, const KineFrame* user,
@@ -915,6 +1003,15 @@ KINE_API KineResult KINE_CALL Kine_CalcExtWobj_ObjPrm_3P(const KinePose* origin,
 
 /**
  * User frame of a work object held by the robot; the same computation as Kine_CalcExtWobj_UserPrm_3P.
+ *
+ * @param origin  position of the origin
+ * @param xPoint  position on the positive X axis
+ * @param xyPoint position in the XY plane on the side of positive Y
+ * @param frame   result
+ * @param tilt    result: angle between the Z axis of the frame and that of the frame of the poses, IN
+ *                RADIANS
+ *
+ * @return codes as in Kine_CalcExtWobj_UserPrm_3P
  */
 KINE_API KineResult KINE_CALL Kine_CalcGripWobj_UserPrm_3P(const KinePose* origin, const KinePose* xPoint,
                                                            const KinePose* xyPoint, KineFrame* frame,
@@ -925,6 +1022,15 @@ KINE_API KineResult KINE_CALL Kine_CalcGripWobj_UserPrm_3P(const KinePose* origi
  * rounding, but the tilt: it is measured against the Z axis of the user frame, IN RADIANS. And an X axis
  * within 1e-5 of the vertical of the poses keeps its direction here, while there it is first taken as
  * vertical (up to 1e-5 rad).
+ *
+ * @param origin  position of the origin
+ * @param xPoint  position on the positive X axis
+ * @param xyPoint position in the XY plane on the side of positive Y
+ * @param user    user frame in the frame of the poses; its angles are not checked
+ * @param frame   result: in the user frame
+ * @param tilt    result: angle between the Z axes of the frame and of the user frame, IN RADIANS
+ *
+ * @return codes as in Kine_CalcExtWobj_UserPrm_3P
  */
 KINE_API KineResult KINE_CALL Kine_CalcGripWobj_ObjPrm_3P(const KinePose* origin, const KinePose* xPoint,
                                                           const KinePose* xyPoint, const KineFrame* user,
@@ -940,8 +1046,9 @@ KINE_API KineResult KINE_CALL Kine_CalcGripWobj_ObjPrm_3P(const KinePose* origin
  * @param frame   result
  * @param tilt    result: angle between the Z axis of the frame and that of the last axis, IN RADIANS
  *
- * Codes as in Kine_CalcExtWobj_UserPrm_3P. A unit that is not usable (see Kine_JointToBasePos), or has a
- * rotary axis whose frame lies at the origin, leaves all points at zero: KINE_ERR_CALIB_POINTS_CLOSE.
+ * @return codes as in Kine_CalcExtWobj_UserPrm_3P. A unit that is not usable (see Kine_JointToBasePos), or
+ * has a rotary axis whose frame lies at the origin, leaves all points at zero:
+ * KINE_ERR_CALIB_POINTS_CLOSE.
  */
 KINE_API KineResult KINE_CALL Kine_CalcUnFixWobj_ObjPrm_3P(int32_t unit, const KinePose* origin,
                                                            const KinePose* xPoint, const KinePose* xyPoint,
@@ -958,7 +1065,7 @@ KINE_API KineResult KINE_CALL Kine_CalcUnFixWobj_ObjPrm_3P(int32_t unit, const K
  * @param p2    position of the mark
  * @param frame result: in the frame of the poses
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_CALIB_POINTS_CLOSE: two positions less than 1e-5 mm apart
  *  - KINE_ERR_CALIB_COLLINEAR: the positions lie on one line (cosine beyond 0.99999, seen from p0)
  *  - KINE_ERR_TOOL: the unit or its axis is not known, or no external axis 0..5 drives it
@@ -989,7 +1096,7 @@ KINE_API KineResult KINE_CALL Kine_CalcPositionerJ1Prm_3P(int32_t unit, const Ki
  * THE NUMBER v IS TAKEN AS RADIANS, though it is in degrees: teach p0 with the axis at 0, or turn F
  * beforehand.
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_POSE: Word[3] of the external axis of axis n is 1, a linear axis
  *  - KINE_ERR_CALIB_INPUT: axis below 1
  *  - KINE_ERR_CALIB_POINTS_CLOSE, KINE_ERR_CALIB_COLLINEAR as in Kine_CalcPositionerJ1Prm_3P
@@ -1013,7 +1120,7 @@ KINE_API KineResult KINE_CALL Kine_CalcPositionerJnPrm_3P(int32_t unit, int32_t 
  * @param frame result: only A is found, the others are 0
  * @param error report: distances of the mark's three positions in the frame of the track, mm
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_POSE: Word[3] of the track's external axis is not 1, no linear axis
  *  - KINE_ERR_TOOL: the unit or its first axis is not known, or no external axis 0..5 drives it
  *  - KINE_ERR_CALIB_POINTS_CLOSE: two positions less than 1e-5 mm apart
@@ -1028,9 +1135,14 @@ KINE_API KineResult KINE_CALL Kine_CalcRobotBasePrm_3P(int32_t unit, const KineP
                                                        const KinePose* p2, KineFrame* frame,
                                                        KineCalibError* error);
 
+/** @} */
+
 /* ---------------------------------------------------------------------------------------------- */
 /* Motion utilities                                                                               */
 /* ---------------------------------------------------------------------------------------------- */
+
+/** @defgroup motion Motion utilities */
+/** @{ */
 
 /**
  * Joints after one jog step.
@@ -1059,7 +1171,7 @@ KINE_API KineResult KINE_CALL Kine_CalcRobotBasePrm_3P(int32_t unit, const KineP
  * another orientation, with KINE_OK. Only an exact zero is caught. Compare with a forward call where a
  * tool gets there.
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_DIRECTION: dir or steps null (nothing is converted)
  *  - KINE_ERR_TOOL, KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_LOAD; KINE_ERR_JOINT: current
  *    or target null
@@ -1095,7 +1207,7 @@ KINE_API KineResult KINE_CALL Kine_InchMovePosCalc(const KineInchDir* dir, int32
  * where several numbers lead to the same axis 4, rounding decides. And an aligned frame with its X axis
  * along +-Z of the base meets the rounding described at Kine_InchMovePosCalc.
  *
- * Codes in this order:
+ * @return codes in this order:
  *  - KINE_ERR_JOINT: current null; KINE_ERR_WOBJ (with its line, see KineWobj), KINE_ERR_TOOL,
  *    KINE_ERR_LOAD; KINE_ERR_JOINT: target null
  *  - KINE_ERR_NOT_INITIALISED
@@ -1117,7 +1229,10 @@ KINE_API KineResult KINE_CALL Kine_CalcAlignPos(int32_t mode, const KineJoint* c
  * and the frame of the stationary tool the user frame of a work object that is not held, with a zero
  * object frame. TLoad, UFFix and MechUnitIndex stay.
  *
- * Codes in this order:
+ * @param tool stationary tool; becomes a held one
+ * @param wobj held work object; becomes one that is not held
+ *
+ * @return codes in this order:
  *  - KINE_ERR_WOBJ: wobj refused (with its line, see KineWobj)
  *  - KINE_ERR_TOOL: tool refused, or HeldByRobot not 0
  *  - KINE_ERR_WOBJ: HeldByRobot of wobj is 0; tool.HeldByRobot has become 1 all the same, nothing else
@@ -1126,7 +1241,7 @@ KINE_API KineResult KINE_CALL Kine_CalcAlignPos(int32_t mode, const KineJoint* c
 KINE_API KineResult KINE_CALL Kine_CalcAlignCoordProc(KineTool* tool, KineWobj* wobj);
 
 /**
- * Normal of the plane through three points, (p2 - p1) x (p3 - p1), scaled to a length. Always KINE_OK.
+ * Normal of the plane through three points, (p2 - p1) x (p3 - p1), scaled to a length.
  *
  * @param p1     point, mm; the angles of all three are neither read nor checked
  * @param p2     point, mm
@@ -1134,12 +1249,14 @@ KINE_API KineResult KINE_CALL Kine_CalcAlignCoordProc(KineTool* tool, KineWobj* 
  * @param length mm; a negative one reverses the normal
  * @param out    result: three doubles; untouched when the points lie on one line, one of them is NaN, or
  *               any pointer is null
+ *
+ * @return always KINE_OK
  */
 KINE_API KineResult KINE_CALL Kine_CalcZVec(const KineFrame* p1, const KineFrame* p2, const KineFrame* p3,
                                             double length, double* out);
 
 /**
- * Whether the flange lies in an axis-aligned cube in the world: 1 inside, 0 outside, or a result code.
+ * Whether the flange lies in an axis-aligned cube in the world.
  *
  * The position is asked of Kine_JointToWorldPos with a tool, a work object and a load of zeros. Such a
  * work object names mechanical unit 0 and is refused, so that THIS CALL RETURNS KINE_ERR_WOBJ FOR EVERY
@@ -1148,6 +1265,8 @@ KINE_API KineResult KINE_CALL Kine_CalcZVec(const KineFrame* p1, const KineFrame
  * @param joints axes, deg; null counts as zeros
  * @param centre centre of the cube, three doubles, mm; nothing is inside for null or NaN
  * @param size   edge length, mm; the faces count as inside
+ *
+ * @return 1 inside, 0 outside, or a result code
  */
 KINE_API int32_t KINE_CALL SafeArea_Check(const KineJoint* joints, const double* centre, double size);
 
@@ -1159,16 +1278,19 @@ KINE_API int32_t KINE_CALL SafeArea_Check(const KineJoint* joints, const double*
  * @param frame  1: along and about the axes of that frame; -1: those of the first pose
  * @param out    result: mm and deg
  *
- * Codes in this order: KINE_ERR_POSE (first, then second); KINE_ERR_DIRECTION: frame neither 1 nor -1;
- * KINE_ERR_POSE: out null.
+ * @return codes in this order: KINE_ERR_POSE (first, then second); KINE_ERR_DIRECTION: frame neither 1 nor
+ * -1; KINE_ERR_POSE: out null.
  */
 KINE_API KineResult KINE_CALL Kine_CalcPosDif(const KinePose* first, const KinePose* second, int32_t frame,
                                               KineFrame* out);
+
+/** @} */
 
 #ifdef __cplusplus
 }
 #endif
 
+/** @cond */
 /* ---------------------------------------------------------------------------------------------- */
 /* Layout: a compiler that lays the records out differently cannot compile this header. No record */
 /* has hidden padding: the layout holds on 32-bit targets too, where a double may be aligned to 4 */
@@ -1306,5 +1428,6 @@ KINE_ASSERT_OFFSET(KineKinematicParam, FourAxis, 0);
 #undef KINE_ASSERT_OFFSET
 #undef KINE_ASSERT_SIZE
 #undef KINE_STATIC_ASSERT
+/** @endcond */
 
 #endif /* KINEDLL_H */
