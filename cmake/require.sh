@@ -42,6 +42,7 @@ package_of() {
         ninja) echo ninja-build ;;
         clang++) echo clang ;;
         abidiff) echo abigail-tools ;;
+        dpkg-shlibdeps) echo dpkg-dev ;;
         gtest) echo libgtest-dev ;;
         benchmark) echo libbenchmark-dev ;;
         libfuzzer) echo libclang-rt-dev ;;

@@ -5,8 +5,9 @@
 GCC writes frames and calls (-fcallgraph-info=su,da) beside each object file. The frames along every path of calls
 are added up. A virtual call may reach every function that overrides the one named at the place of the call; a call
 through a pointer every function whose address the library takes. Functions of the C library are not compiled here:
-each is given an allowance, which stack_use_test.cpp compares with what they touch, and one more for the loader, which
-looks a function up when it is called for the first time.
+each is given an allowance, which stack_use_test.cpp compares with what they touch. The library itself is bound when it
+is loaded; a C library that prints for the first time may be bound late, so that output is given one more allowance, for
+the loader, which looks a function up when it is called for the first time.
 
 Ends with 1 when a path needs more than the limit, when a function calls itself, directly or through others, has a
 frame without a fixed bound, or calls something that is not understood.
@@ -131,21 +132,24 @@ def main():
         found = parse(path.with_suffix(".ci").read_text(encoding="utf-8"))
         functions += found[0]
         calls += found[1]
-    allowances = dict.fromkeys(MATHEMATICS, options.mathematics + options.loader)
+    allowances = dict.fromkeys(MATHEMATICS, options.mathematics)
     allowances |= dict.fromkeys(OUTPUT, options.output + options.loader)
     file = options.shared_library
     taken = addresses_taken(read("objdump", "-d", "-w", "--no-show-raw-insn", file),
                             read("readelf", "-s", "-W", file), read("readelf", "-r", "-W", file))
     graph = Graph(functions, calls, allowances, taken)
-    depths, problems = check(graph, options.exports.read_text(encoding="ascii").split(), options.limit)
+    exports = options.exports.read_text(encoding="ascii").split()
+    depths, problems = check(graph, exports, options.limit)
 
+    silent = Graph(functions, calls, allowances | dict.fromkeys(OUTPUT, 0), taken)
     shown = {function.title: f"{function.frame:6} {function.shown}" for function in functions}
-    depth, path, name = depths[0]
-    print(f"{name} needs the most: {depth} bytes of {options.limit}")
-    for title in path:
-        print(" ", shown.get(title, f"{allowances.get(title, 0):6} {title}, with the loader"))
-    own = sum(graph.functions[title].frame for title in path if title in graph.functions)
-    print(f"{own} bytes of these are the library's own")
+    for what, those in (("needs the most", depths), ("needs the most besides printing", check(silent, exports, 0)[0])):
+        depth, path, name = those[0]
+        print(f"{name} {what}: {depth} bytes of {options.limit}")
+        for title in path:
+            print(" ", shown.get(title, f"{allowances.get(title, 0):6} {title}, set aside"))
+        own = sum(graph.functions[title].frame for title in path if title in graph.functions)
+        print(f"{own} bytes of these are the library's own")
     print("\n".join(problems), end="\n" if problems else "")
     return 1 if problems else 0
 

@@ -176,6 +176,37 @@ TEST(c_library, loader_stays_within_its_allowance)
     RecordProperty("bytes", static_cast<int>(first - second));
 }
 
+// The library is bound when it is loaded: no call waits for the loader to look up what it calls. Nothing but
+// the initialisation has run in this process; the two exports are called through pointers, as the test itself
+// is bound late.
+TEST(exports, touch_no_more_of_the_stack_at_their_first_call_than_later)
+{
+    PaintedStack stack;
+    KineKinematicParam arm{};
+    arm.FourAxis.Link1Length = 400.0;
+    arm.FourAxis.Link2Length = 300.0;
+    arm.FourAxis.ScrewLead = 20.0;
+    ASSERT_EQ(Kine_InitKinematicParam(KINE_ARM_FOUR_AXIS, &arm), KINE_OK);
+    KineTool tool{};
+    tool.HeldByRobot = 1;
+    KineWobj wobj{};
+    wobj.UFFix = 1;
+    const KineLoad load{};
+    const KineJoint joints{.Axis = {10.0, 20.0, 30.0, 40.0}, .ExtAxis = {}};
+    KinePose pose{};
+    KineJoint solved{};
+    const auto volatile forward = &Kine_JointToWobjPos;
+    const auto volatile inverse = &Kine_WobjPosToJoint;
+    KineResult code = KINE_ERR_POSE;
+    const std::function<void()> forwardCall = [&] { code = forward(&joints, &tool, &wobj, &load, &pose); };
+    const std::function<void()> inverseCall = [&] { code = inverse(&pose, &tool, &wobj, &load, &solved); };
+    for (const auto& call : {forwardCall, inverseCall}) {
+        const std::size_t first = stack.UseOf(call);
+        ASSERT_EQ(code, KINE_OK);
+        EXPECT_LE(first, stack.UseOf(call));
+    }
+}
+
 TEST(exports, touch_less_than_16_KiB_of_the_stack)
 {
     constexpr std::size_t kInputsPerCell = 24;

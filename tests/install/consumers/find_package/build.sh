@@ -1,0 +1,3 @@
+cmake -B build -DCMAKE_PREFIX_PATH="$KINEDLL"
+cmake --build build
+build/cell

@@ -1,0 +1,64 @@
+"""The files that an installation consists of, by component: those named here, and the pages and examples that the
+source tree holds.
+"""
+
+import pathlib
+
+LIBRARY = "libKineDll.so"
+SONAME = LIBRARY + ".1"
+FULL_NAME = LIBRARY + ".1.0.0"
+PAGES = (".md", ".svg", ".png")
+PROGRAMS = (".c", ".cpp", ".h")
+
+
+def runtime(libdir="lib"):
+    return {f"{libdir}/{SONAME}", f"{libdir}/{FULL_NAME}"}
+
+
+def development(libdir="lib"):
+    cmake = ("KineDllConfig.cmake", "KineDllConfigVersion.cmake", "KineDllTargets.cmake",
+             "KineDllTargets-release.cmake")
+    return ({"include/KineDll.h", "include/KineDll.hpp", f"{libdir}/{LIBRARY}", f"{libdir}/pkgconfig/kinedll.pc"} |
+            {f"{libdir}/cmake/KineDll/{name}" for name in cmake})
+
+
+def documentation(source, docdir="share/doc/KineDll"):
+    """Without the license, which goes where the library goes."""
+    source = pathlib.Path(source)
+    pages = {path.relative_to(source).as_posix() for path in (source / "docs").rglob("*") if path.suffix in PAGES}
+    programs = {f"examples/{path.name}" for path in (source / "examples").iterdir() if path.suffix in PROGRAMS}
+    own = {"README.md", "CHANGELOG.md", "examples/CMakeLists.txt"}
+    return {f"{docdir}/{name}" for name in pages | programs | own}
+
+
+def components(source, libdir="lib"):
+    """What each component of `cmake --install` holds."""
+    return {"Runtime": runtime(libdir) | {"share/doc/KineDll/LICENSE"}, "Development": development(libdir),
+            "Documentation": documentation(source)}
+
+
+def everything(source, libdir="lib"):
+    return set().union(*components(source, libdir).values())
+
+
+def debian(source, architecture):
+    """What each Debian package holds, below the root."""
+    libdir = f"lib/{architecture}"
+    packages = {"libkinedll1": runtime(libdir),
+                "libkinedll-dev": development(libdir) | documentation(source, "share/doc/libkinedll-dev")}
+    for name, files in packages.items():
+        files |= {f"share/doc/{name}/copyright", f"share/doc/{name}/changelog.Debian.gz"}
+    return {name: {f"usr/{path}" for path in files} for name, files in packages.items()}
+
+
+def found(folder):
+    """The files and links below a folder, and the folders that hold nothing."""
+    folder = pathlib.Path(folder)
+    return {path.relative_to(folder).as_posix() for path in folder.rglob("*")
+            if path.is_symlink() or not path.is_dir() or not any(path.iterdir())}
+
+
+def differences(there, expected):
+    """One sentence for each file on one side only."""
+    return ([f"not expected: {name}" for name in sorted(there - expected)] +
+            [f"missing: {name}" for name in sorted(expected - there)])
