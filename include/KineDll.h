@@ -225,7 +225,7 @@ typedef struct KineWobj
 /** A mechanical unit: a positioner or a track. */
 typedef struct KineMechUnit
 {
-    int32_t Active;            /**< 0: accepted without looking at AxisCount */
+    int32_t Active;            /**< 0: accepted without looking at AxisCount; used all the same */
     uint16_t UnitKind;         /**< 1: one linear axis, 2: one rotary axis, 3: two rotary axes */
     uint8_t Option1;           /**< 1: this unit (stored at index 0) says what carries the robot */
     uint8_t Option2;           /**< index of the unit under the robot when Option1 is 1 */
@@ -378,8 +378,8 @@ KINE_API KineResult KINE_CALL Kine_SetAxisLimit(const KineJoint* upper, const Ki
  *
  * @param mechUnitCount    0..3
  * @param extAxisItemCount 0..6
- * @param enable           0: the counts are ignored and kept, and the two calls below do nothing; any
- *                         other value: they take effect
+ * @param enable           0: the counts are ignored and kept, and the two calls below do nothing; units
+ *                         that are set stay in use. Any other value: they take effect
  *
  * The enable flag is stored first, even when the counts are refused.
  *
@@ -486,8 +486,9 @@ KINE_API KineResult KINE_CALL Kine_IsSingularity(const KineJoint* joints, uint32
  * @param joints axes and external axes, deg and mm
  * @param tool   tool
  * @param wobj   work object
- * @param load   payload behind the flange frame; with the tool load it bends arm type 6 (see
- *               KineSixAxisParam.k2), its centre of gravity is given in the frame the flange carries
+ * @param load   payload; with the tool load, also that of a stationary tool, it bends arm type 6 (see
+ *               KineSixAxisParam.k2). Its centre of gravity is counted from the origin of the frame that
+ *               the flange carries (tool frame or held work object), along the axes of the flange
  * @param pose   result: mm and deg, the configuration of the joints and the external axes of the joints
  *
  * @return codes in this order:
@@ -504,7 +505,8 @@ KINE_API KineResult KINE_CALL Kine_IsSingularity(const KineJoint* joints, uint32
  *      origin
  *
  * A mechanical unit is usable when its index is 0..2 and not above the unit count, its kind is 1..3, it
- * has the axes of its kind, and these are driven by external axes 0..5.
+ * has the axes of its kind, and these are driven by external axes 0..5. So the unit with the index of the
+ * count can carry the robot, but no work object, whose index must be below the count.
  *
  * A tool byte other than 0 and 1 counts as held when the flange frame is chosen and takes the path of the
  * stationary tool afterwards; only Kine_JointToWobjPos gives the same answer as for 1.
@@ -1166,6 +1168,9 @@ KINE_API KineResult KINE_CALL Kine_CalcRobotBasePrm_3P(int32_t unit, const KineP
  * (HeldByRobot 1) turns with the opposite sense for every rotation slot in use among slots 3 to n - 1,
  * and keeps the tool point in place while it turns.
  *
+ * Mode 5 turns the directions by the rotation of the base and then takes them along the axes of the base:
+ * where a rotary unit has turned the base by 90 degrees about Z, +X moves along -X of the world.
+ *
  * Where the step ends with the X axis of the moved frame along +-Z of the frame it is computed in (B =
  * +-90 degrees), A and C come from rounding and may contradict each other: the joints then lead to
  * another orientation, with KINE_OK. Only an exact zero is caught. Compare with a forward call where a
@@ -1227,7 +1232,8 @@ KINE_API KineResult KINE_CALL Kine_CalcAlignPos(int32_t mode, const KineJoint* c
  * Swaps the roles of a stationary tool and a held work object IN THE CALLER'S RECORDS: the frame of the
  * work object (user * object, a user frame counting only with UFFix 1) becomes the frame of a held tool,
  * and the frame of the stationary tool the user frame of a work object that is not held, with a zero
- * object frame. TLoad, UFFix and MechUnitIndex stay.
+ * object frame. TLoad, UFFix and MechUnitIndex stay: with UFFix 0 the new user frame is ignored until the
+ * caller sets it to 1.
  *
  * @param tool stationary tool; becomes a held one
  * @param wobj held work object; becomes one that is not held
