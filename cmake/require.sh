@@ -33,6 +33,8 @@ is_present() {
         mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
         eigen) has_header eigen3/Eigen/Geometry ;;
         scipy) /usr/bin/python3 -c 'import scipy' >/dev/null 2>&1 ;;
+        pytest | numpy | pip | setuptools | wheel) /usr/bin/python3 -c "import $1" >/dev/null 2>&1 ;;
+        venv) /usr/bin/python3 -c 'import ensurepip' >/dev/null 2>&1 ;;
         *) command -v "$1" >/dev/null ;;
     esac
 }
@@ -52,6 +54,7 @@ package_of() {
         scipy) echo python3-scipy ;;
         mcs) echo mono-mcs ;;
         mono) echo mono-runtime ;;
+        pytest | numpy | pip | setuptools | wheel | venv) echo "python3-$1" ;;
         *) echo "$1" ;;
     esac
 }

@@ -43,11 +43,24 @@ def cpp(codes):
 
 
 def python(codes):
+    def literal(text):
+        """The text as literals of at most 100 characters, one a line, that Python joins."""
+        pieces = textwrap.wrap(text, 100, drop_whitespace=False, break_on_hyphens=False)
+        return [quoted(piece) for piece in pieces]
+
     for code in codes:
-        yield f"    Code({code['code']}, {quoted(code['name'])},"
-        causes = ",\n          ".join(quoted(cause) for cause in code["causes"])
-        yield f"         ({causes},),"
-        yield f"         {quoted(code['remedy'])}),"
+        yield f"    {code['name']} = ("
+        yield f"        {code['code']},"
+        yield "        ("
+        for cause in code["causes"]:
+            *lines, last = literal(cause)
+            yield from (f"            {line}" for line in lines)
+            yield f"            {last},"
+        yield "        ),"
+        *lines, last = literal(code["remedy"])
+        yield from (f"        {line}" for line in lines)
+        yield f"        {last},"
+        yield "    )"
 
 
 def csharp_summary(text, indent):

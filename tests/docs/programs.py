@@ -141,7 +141,8 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--root", type=pathlib.Path, required=True)
     parser.add_argument("--include", type=pathlib.Path, required=True)
-    parser.add_argument("--library", dest="shared_library", type=pathlib.Path, required=True, help="the library's file")
+    parser.add_argument("--library", dest="shared_library", type=pathlib.Path, required=True,
+                        help="the library's file")
     parser.add_argument("--language", choices=["c", "cpp", "python"], required=True)
     parser.add_argument("--cc", default="gcc")
     parser.add_argument("--cxx", default="g++")

@@ -59,9 +59,13 @@ class Codes(unittest.TestCase):
         self.assertEqual(list(generate.markdown([CODE]))[-1],
                          "| `0x6000` | `KINE_ERR_A` | one; two of `Kine_B` | Do it. |")
 
-    def test_python_rows_are_python(self):
-        rows = eval("(" + "\n".join(generate.python([OK, CODE])) + ")", {"Code": lambda *fields: fields})
-        self.assertEqual(rows[1], (0x6000, "KINE_ERR_A", ("one", "two of Kine_B"), "Do it."))
+    def test_python_members_are_python_and_keep_long_texts_whole(self):
+        long = dict(CODE, remedy="Do it. " * 40 + "Done.")
+        members = {}
+        exec("class Codes:\n" + "\n".join(generate.python([OK, long])), members)
+        self.assertEqual(members["Codes"].KINE_OK, (0, ("success",), "Nothing."))
+        self.assertEqual(members["Codes"].KINE_ERR_A, (0x6000, ("one", "two of Kine_B"), long["remedy"]))
+        self.assertLessEqual(max(map(len, generate.python([OK, long]))), 120)
 
     def test_csharp_texts_are_wrapped_and_complete(self):
         long = dict(CODE, causes=["a < b & \"c\"", "word " * 40 + "end"])
