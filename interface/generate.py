@@ -36,30 +36,30 @@ def markdown(codes):
         yield f"| {' | '.join(cells)} |"
 
 
+def literals(text, indent, end, joint=""):
+    """The text as literals, one a line, that the language joins; `joint` stands behind all but the last."""
+    pieces = textwrap.wrap(text, 100, drop_whitespace=False, break_on_hyphens=False)
+    for piece in pieces[:-1]:
+        yield f"{indent}{quoted(piece)}{joint}"
+    yield f"{indent}{quoted(pieces[-1])}{end}"
+
+
 def cpp(codes):
     for code in codes:
-        yield f"    {{{code['code']}u, {quoted(code['name'])}, {quoted('; '.join(code['causes']))},"
-        yield f"     {quoted(code['remedy'])}}},"
+        yield f"    {{{code['code']}u, {quoted(code['name'])},"
+        yield from literals("; ".join(code["causes"]), " " * 5, ",")
+        yield from literals(code["remedy"], " " * 5, "},")
 
 
 def python(codes):
-    def literal(text):
-        """The text as literals of at most 100 characters, one a line, that Python joins."""
-        pieces = textwrap.wrap(text, 100, drop_whitespace=False, break_on_hyphens=False)
-        return [quoted(piece) for piece in pieces]
-
     for code in codes:
         yield f"    {code['name']} = ("
         yield f"        {code['code']},"
         yield "        ("
         for cause in code["causes"]:
-            *lines, last = literal(cause)
-            yield from (f"            {line}" for line in lines)
-            yield f"            {last},"
+            yield from literals(cause, " " * 12, ",")
         yield "        ),"
-        *lines, last = literal(code["remedy"])
-        yield from (f"        {line}" for line in lines)
-        yield f"        {last},"
+        yield from literals(code["remedy"], " " * 8, ",")
         yield "    )"
 
 
@@ -74,13 +74,6 @@ def csharp_summary(text, indent):
             f"{start}</summary>"]
 
 
-def csharp_string(text, indent, end):
-    """A literal over as many lines as it takes."""
-    parts = textwrap.wrap(text, 110 - len(indent), drop_whitespace=False, break_on_hyphens=False)
-    for i, part in enumerate(parts):
-        yield f"{indent}{quoted(part)}{' +' if i + 1 < len(parts) else end}"
-
-
 def csharp(codes):
     indent = " " * 8
     for code in codes:
@@ -91,8 +84,8 @@ def csharp(codes):
     yield f"{indent}{{"
     for code in codes:
         yield f"{indent}    new KineCode({code['name']}, {quoted(code['name'])},"
-        yield from csharp_string("; ".join(code["causes"]), indent + " " * 8, ",")
-        yield from csharp_string(code["remedy"], indent + " " * 8, "),")
+        yield from literals("; ".join(code["causes"]), indent + " " * 8, ",", joint=" +")
+        yield from literals(code["remedy"], indent + " " * 8, "),", joint=" +")
     yield f"{indent}}};"
 
 

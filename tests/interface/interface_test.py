@@ -79,6 +79,14 @@ class Codes(unittest.TestCase):
         strings = re.sub(r'" \+\n *"', "", table)
         self.assertIn(generate.quoted("; ".join(long["causes"])), strings)
 
+    def test_cpp_literals_side_by_side_are_the_text(self):
+        cause, remedy = "word " * 60 + "end", "Do \"it\" " + "and so on " * 30 + "again."
+        lines = list(generate.cpp([dict(CODE, causes=[cause, "two"], remedy=remedy)]))
+        self.assertLessEqual(max(map(len, lines)), 110)
+        # Python, too, takes literals side by side as one.
+        row = eval("(" + "\n".join(lines).strip("{} ,\n").replace("0x6000u", "0x6000") + ")")
+        self.assertEqual(row, (0x6000, "KINE_ERR_A", cause + "; two", remedy))
+
 
 if __name__ == "__main__":
     unittest.main()
