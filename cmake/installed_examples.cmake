@@ -1,13 +1,22 @@
-# Builds the examples in this folder against an installed KineDll.
+# Builds the examples in C and C++ against an installed KineDll; ctest runs them.
 cmake_minimum_required(VERSION 3.16)
 project(KineDllExamples LANGUAGES C CXX)
+enable_testing()
 find_package(KineDll 1.0 REQUIRED)
 set(CMAKE_C_STANDARD 99)
 set(CMAKE_CXX_STANDARD 20)
 
-file(GLOB programs ${CMAKE_CURRENT_SOURCE_DIR}/*.c ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
-foreach(program IN LISTS programs)
-    get_filename_component(name ${program} NAME_WE)
-    add_executable(${name} ${program})
-    target_link_libraries(${name} PRIVATE KineDll::KineDll)
+foreach(language c cpp)
+    file(GLOB programs ${CMAKE_CURRENT_SOURCE_DIR}/${language}/*.${language})
+    foreach(program IN LISTS programs)
+        get_filename_component(name ${program} NAME_WE)
+        add_executable(${name}_${language} ${program})
+        set_target_properties(${name}_${language} PROPERTIES
+            OUTPUT_NAME ${name} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${language})
+        target_link_libraries(${name}_${language} PRIVATE KineDll::KineDll)
+        if(UNIX)
+            target_link_libraries(${name}_${language} PRIVATE m)
+        endif()
+        add_test(NAME ${language}.${name} COMMAND ${name}_${language})
+    endforeach()
 endforeach()

@@ -20,6 +20,11 @@ class Blocks(unittest.TestCase):
     def test_other_languages_are_left_alone(self):
         self.assertEqual(programs.programs_of("```sh\nmake\n```\n```c\nint main(void)\n```\n", ["cpp"]), [])
 
+    def test_block_that_repeats_a_file_is_left_alone(self):
+        block = "```c\nint main(void)\n```\n"
+        self.assertEqual(programs.programs_of("<!-- from: a.c -->\n" + block, ["c"]), [])
+        self.assertEqual(len(programs.programs_of("<!-- from: a.c -->\n\n" + block, ["c"])), 1)
+
     def test_block_without_an_end_is_refused(self):
         with self.assertRaises(ValueError):
             programs.blocks_of("```c\nint main(void)\n")

@@ -2,7 +2,8 @@
 
 A program is a fenced block of the language c, cpp or python. A fenced block of the language text that follows it
 before the next program is what it must print. A block of these languages that is not a whole program is an error, so
-that nothing in the text goes untested. Numbers may differ by one unit of their last printed digit, since the last
+that nothing in the text goes untested; one below a line `<!-- from: FILE -->` repeats a file that another test builds,
+and is not looked at here. Numbers may differ by one unit of their last printed digit, since the last
 digits of sines belong to the C library; everything else compares character by character.
 """
 
@@ -26,6 +27,7 @@ class Block:
     language: str
     line: int
     text: str
+    repeats_a_file: bool = False
 
 
 @dataclass
@@ -38,12 +40,13 @@ class Program:
 
 def blocks_of(text):
     """The fenced blocks of a Markdown text in their order; line is that of the opening fence."""
-    found, current = [], None
+    found, current, above = [], None, ""
     for number, line in enumerate(text.split("\n"), start=1):
         fence = FENCE.match(line)
         if current is None:
             if fence:
-                current = Block(fence.group(1), number, "")
+                current = Block(fence.group(1), number, "", above.startswith("<!-- from: "))
+            above = line
         elif line.rstrip() == "```":
             found.append(current)
             current = None
@@ -57,7 +60,7 @@ def blocks_of(text):
 def programs_of(text, languages):
     programs = []
     for block in blocks_of(text):
-        if block.language in ("c", "cpp", "python"):
+        if block.language in ("c", "cpp", "python") and not block.repeats_a_file:
             programs.append(Program(block.language, block.line, block.text, None))
         elif block.language == "text" and programs and programs[-1].output is None:
             programs[-1].output = block.text

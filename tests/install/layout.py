@@ -8,7 +8,6 @@ LIBRARY = "libKineDll.so"
 SONAME = LIBRARY + ".1"
 FULL_NAME = LIBRARY + ".1.0.0"
 PAGES = (".md", ".svg", ".png")
-PROGRAMS = (".c", ".cpp", ".h")
 
 
 def runtime(libdir="lib"):
@@ -26,9 +25,20 @@ def documentation(source, docdir="share/doc/KineDll"):
     """Without the license, which goes where the library goes."""
     source = pathlib.Path(source)
     pages = {path.relative_to(source).as_posix() for path in (source / "docs").rglob("*") if path.suffix in PAGES}
-    programs = {f"examples/{path.name}" for path in (source / "examples").iterdir() if path.suffix in PROGRAMS}
     own = {"README.md", "CHANGELOG.md", "examples/CMakeLists.txt"}
-    return {f"{docdir}/{name}" for name in pages | programs | own}
+    return {f"{docdir}/{name}" for name in pages | own | examples(source) | bindings(source)}
+
+
+def examples(source):
+    """The programs, in a folder for each language."""
+    return {path.relative_to(source).as_posix() for path in source.glob("examples/*/*") if path.is_file()}
+
+
+def bindings(source):
+    """What a caller in another language needs: not the tests, nor how they are built."""
+    inside = {path.relative_to(source) for path in source.glob("bindings/*/**/*") if path.is_file()}
+    return {path.as_posix() for path in inside
+            if not {"tests", "__pycache__", "CMakeLists.txt"} & set(path.parts)}
 
 
 def components(source, libdir="lib"):

@@ -37,15 +37,16 @@ class Layout(unittest.TestCase):
 
     def test_pages_and_programs_of_the_source_tree_are_documentation(self):
         with tempfile.TemporaryDirectory() as folder:
-            write(folder, "docs/a.md", "docs/figures/b.svg", "docs/figures/make.py", "examples/c.c",
-                  "examples/CMakeLists.txt")
+            write(folder, "docs/a.md", "docs/figures/b.svg", "docs/figures/make.py", "examples/c/c.c",
+                  "examples/CMakeLists.txt", "bindings/x/x.cs", "bindings/x/in/y.py", "bindings/x/tests/t.cs",
+                  "bindings/x/CMakeLists.txt", "bindings/x/in/__pycache__/y.pyc")
             self.assertEqual(layout.documentation(folder, "d"),
-                             {"d/README.md", "d/CHANGELOG.md", "d/docs/a.md", "d/docs/figures/b.svg", "d/examples/c.c",
-                              "d/examples/CMakeLists.txt"})
+                             {"d/README.md", "d/CHANGELOG.md", "d/docs/a.md", "d/docs/figures/b.svg", "d/examples/c/c.c",
+                              "d/examples/CMakeLists.txt", "d/bindings/x/x.cs", "d/bindings/x/in/y.py"})
 
     def test_components_share_no_file(self):
         with tempfile.TemporaryDirectory() as folder:
-            write(folder, "docs/a.md", "examples/c.c")
+            write(folder, "docs/a.md", "examples/c/c.c")
             parts = layout.components(folder)
             self.assertEqual(sum(map(len, parts.values())), len(layout.everything(folder)))
             debs = layout.debian(folder, "any-linux")
