@@ -30,6 +30,8 @@ is_present() {
         benchmark) has_header benchmark/benchmark.h ;;
         orocos-kdl) has_header kdl/config.h ;;
         libfuzzer) [ -e "$(clang++ -print-resource-dir 2>/dev/null)/lib/linux/libclang_rt.fuzzer-$(uname -m).a" ] ;;
+        googletest) [ -e /usr/src/googletest/CMakeLists.txt ] ;;
+        wine32) [ -x /usr/lib/wine/wine ] ;;
         mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
         eigen) has_header eigen3/Eigen/Geometry ;;
         scipy) /usr/bin/python3 -c 'import scipy' >/dev/null 2>&1 ;;
@@ -55,6 +57,8 @@ package_of() {
         mcs) echo mono-mcs ;;
         mono) echo mono-runtime ;;
         pytest | numpy | pip | setuptools | wheel | venv) echo "python3-$1" ;;
+        wine32) echo wine32:i386 ;;
+        *-w64-mingw32-g++-posix) echo "g++-mingw-w64-${1%%-w64*}-posix" | tr _ - ;;
         *) echo "$1" ;;
     esac
 }

@@ -8,16 +8,30 @@
 
 #include "KineDll.h"
 
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace {
+
+int OpenPipe(int (&ends)[2])
+{
+#if defined(_WIN32)
+    return _pipe(ends, 4096, _O_BINARY);
+#else
+    return pipe(ends);
+#endif
+}
 
 // What has reached the file descriptor of standard output while code ran, without flushing the stream.
 template <class Code>
 std::string ReachedDescriptor(Code&& code)
 {
-    std::array<int, 2> ends{};
+    int ends[2] = {};
     std::fflush(stdout);
     const int saved = dup(STDOUT_FILENO);
-    EXPECT_EQ(pipe(ends.data()), 0);
+    EXPECT_EQ(OpenPipe(ends), 0);
     dup2(ends[1], STDOUT_FILENO);
     std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
     code();

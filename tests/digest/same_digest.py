@@ -1,8 +1,8 @@
 """Runs the digest program of several builds, or with several numbers of threads, and compares what they print.
 
-    python3 same_digest.py [--threads 1,2,8] PROGRAM...
+    python3 same_digest.py [--threads 1,2,8] [--emulator wine] PROGRAM...
 
-Ends with 1 when two runs differ and names the exports that do.
+With an emulator, it is what runs the programs. Ends with 1 when two runs differ and names the exports that do.
 """
 
 import argparse
@@ -23,8 +23,9 @@ def differences(first, other):
     return names or ([] if total == other_total else ["the digest of all"])
 
 
-def run(program, threads):
-    result = subprocess.run([program, "--verbose", "--threads", str(threads)], capture_output=True, text=True,
+def run(program, threads, emulator=""):
+    prefix = [emulator] if emulator else []
+    result = subprocess.run([*prefix, program, "--verbose", "--threads", str(threads)], capture_output=True, text=True,
                             check=False)
     if result.returncode != 0:
         sys.exit(f"{program} failed with {result.returncode}\n{result.stderr}")
@@ -34,11 +35,12 @@ def run(program, threads):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--threads", default="1", help="numbers of threads, separated by commas")
+    parser.add_argument("--emulator", default="", help="a command that runs the programs")
     parser.add_argument("programs", nargs="+", metavar="PROGRAM")
     options = parser.parse_args()
 
     cases = [(program, int(threads)) for program in options.programs for threads in options.threads.split(",")]
-    runs = [run(*case) for case in cases]
+    runs = [run(*case, options.emulator) for case in cases]
     differing = False
     for (program, threads), found in zip(cases, runs):
         names = differences(runs[0], found)

@@ -24,10 +24,12 @@ std::array<double, 4> ComplexStep(const NaiveArm& arm, const FourAngles& q, cons
     const auto state = NaiveForward<Complex>(arm, moved, tool);
     const Complex hx = state.tool[0][0];
     const Complex hy = state.tool[1][0];
-    // The heading up to a constant, by the quotient that stays finite.
-    const Complex heading = std::abs(hx) > std::abs(hy) ? std::atan(hy / hx) : -std::atan(hx / hy);
+    // Of the heading, the derivative of the arc tangent is written out: not every C library keeps so small an
+    // imaginary part in its own.
+    const double heading =
+        (hx.real() * hy.imag() - hy.real() * hx.imag()) / (hx.real() * hx.real() + hy.real() * hy.real());
     return {state.tip[0].imag() / kStep, state.tip[1].imag() / kStep, state.tip[2].imag() / kStep,
-            heading.imag() / kStep};
+            heading / kStep};
 }
 
 struct Case

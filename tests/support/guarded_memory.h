@@ -9,6 +9,15 @@
 #if defined(__unix__) || defined(__APPLE__)
 #include <sys/mman.h>
 #include <unistd.h>
+#elif defined(_WIN32)
+#define WIN32_LEAN_AND_MEAN
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
+#include <windows.h>
+// Words of this header that tests use as names.
+#undef near
+#undef far
 #endif
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -31,7 +40,7 @@ enum class Guard
     kBefore
 };
 
-// A copy of some bytes beside an inaccessible page. Without POSIX an unguarded copy.
+// A copy of some bytes beside an inaccessible page. Without POSIX or Windows an unguarded copy.
 class GuardedBytes
 {
 public:
@@ -43,6 +52,13 @@ public:
         if (memory == MAP_FAILED || size > page_) std::abort();
         base_ = static_cast<unsigned char*>(memory);
         if (::mprotect(base_ + page_, page_, PROT_READ | PROT_WRITE) != 0) std::abort();
+        content_ = guard == Guard::kBehind ? base_ + 2 * page_ - size : base_ + page_;
+#elif defined(_WIN32)
+        page_ = 4096;
+        if (size > page_) std::abort();
+        base_ = static_cast<unsigned char*>(::VirtualAlloc(nullptr, 3 * page_, MEM_RESERVE, PAGE_NOACCESS));
+        if (base_ == nullptr) std::abort();
+        if (::VirtualAlloc(base_ + page_, page_, MEM_COMMIT, PAGE_READWRITE) == nullptr) std::abort();
         content_ = guard == Guard::kBehind ? base_ + 2 * page_ - size : base_ + page_;
 #else
         (void)guard;
@@ -57,6 +73,8 @@ public:
     {
 #if defined(__unix__) || defined(__APPLE__)
         ::munmap(base_, 3 * page_);
+#elif defined(_WIN32)
+        ::VirtualFree(base_, 0, MEM_RELEASE);
 #else
         std::free(base_);
 #endif
@@ -70,6 +88,9 @@ public:
     {
 #if defined(__unix__) || defined(__APPLE__)
         if (::mprotect(base_ + page_, page_, PROT_READ) != 0) std::abort();
+#elif defined(_WIN32)
+        DWORD before = 0;
+        if (::VirtualProtect(base_ + page_, page_, PAGE_READONLY, &before) == 0) std::abort();
 #endif
     }
 

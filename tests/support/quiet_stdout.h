@@ -6,7 +6,19 @@
 
 #include <cstdio>
 
+#if defined(_WIN32)
+#include <io.h>
+#endif
+
 namespace kine::test {
+
+#if defined(_WIN32)
+inline constexpr const char* kNowhere = "NUL";
+inline constexpr int kNotInherited = _O_NOINHERIT;
+#else
+inline constexpr const char* kNowhere = "/dev/null";
+inline constexpr int kNotInherited = O_CLOEXEC;
+#endif
 
 // While one of these lives, what goes to standard output goes to another file.
 class StdoutTo
@@ -38,7 +50,7 @@ private:
 class QuietStdout
 {
 public:
-    QuietStdout() : nowhere_(open("/dev/null", O_WRONLY | O_CLOEXEC)), there_(nowhere_) { close(nowhere_); }
+    QuietStdout() : nowhere_(open(kNowhere, O_WRONLY | kNotInherited)), there_(nowhere_) { close(nowhere_); }
 
 private:
     int nowhere_;
