@@ -63,9 +63,10 @@ function(kine_install)
         cmake_path(GET page PARENT_PATH folder)
         install(FILES ${page} DESTINATION ${to_DOCDIR}/${folder} COMPONENT ${to_DOCUMENTATION} ${extra})
     endforeach()
+    # The Python package itself comes as a wheel.
     install(DIRECTORY examples bindings DESTINATION ${to_DOCDIR} COMPONENT ${to_DOCUMENTATION} ${extra}
-        FILES_MATCHING REGEX "/examples/[a-z]+/[^/]+$" REGEX "/bindings/[a-z]+/(kinedll/)?[^/]+$"
-        PATTERN __pycache__ EXCLUDE PATTERN tests EXCLUDE PATTERN CMakeLists.txt EXCLUDE)
+        FILES_MATCHING REGEX "/examples/[a-z]+/[^/]+$" REGEX "/bindings/[a-z]+/(README.md|KineDll.cs)$"
+        PATTERN __pycache__ EXCLUDE PATTERN kinedll EXCLUDE PATTERN tests EXCLUDE)
     install(FILES cmake/installed_examples.cmake RENAME CMakeLists.txt DESTINATION ${to_DOCDIR}/examples
         COMPONENT ${to_DOCUMENTATION} ${extra})
 endfunction()

@@ -35,10 +35,9 @@ def examples(source):
 
 
 def bindings(source):
-    """What a caller in another language needs: not the tests, nor how they are built."""
-    inside = {path.relative_to(source) for path in source.glob("bindings/*/**/*") if path.is_file()}
-    return {path.as_posix() for path in inside
-            if not {"tests", "__pycache__", "CMakeLists.txt"} & set(path.parts)}
+    """The C# file and what there is to read; the Python package comes as a wheel."""
+    found = (*source.glob("bindings/*/README.md"), *source.glob("bindings/csharp/KineDll.cs"))
+    return {path.relative_to(source).as_posix() for path in found}
 
 
 def components(source, libdir="lib"):

@@ -38,11 +38,11 @@ class Layout(unittest.TestCase):
     def test_pages_and_programs_of_the_source_tree_are_documentation(self):
         with tempfile.TemporaryDirectory() as folder:
             write(folder, "docs/a.md", "docs/figures/b.svg", "docs/figures/make.py", "examples/c/c.c",
-                  "examples/CMakeLists.txt", "bindings/x/x.cs", "bindings/x/in/y.py", "bindings/x/tests/t.cs",
-                  "bindings/x/CMakeLists.txt", "bindings/x/in/__pycache__/y.pyc")
+                  "examples/CMakeLists.txt", "bindings/csharp/KineDll.cs", "bindings/csharp/tests/t.cs",
+                  "bindings/python/README.md", "bindings/python/kinedll/a.py")
             self.assertEqual(layout.documentation(folder, "d"),
                              {"d/README.md", "d/CHANGELOG.md", "d/docs/a.md", "d/docs/figures/b.svg", "d/examples/c/c.c",
-                              "d/examples/CMakeLists.txt", "d/bindings/x/x.cs", "d/bindings/x/in/y.py"})
+                              "d/examples/CMakeLists.txt", "d/bindings/csharp/KineDll.cs", "d/bindings/python/README.md"})
 
     def test_components_share_no_file(self):
         with tempfile.TemporaryDirectory() as folder:
