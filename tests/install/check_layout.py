@@ -62,7 +62,7 @@ def main():
         install(options.cmake, options.build, first)
         shutil.move(first, options.prefix)
 
-    library = options.prefix / options.libdir / layout.LIBRARY
+    library = options.prefix / options.libdir / layout.LINK_NAME
     sections = subprocess.run([options.readelf, "-S", "-W", library], check=True, capture_output=True,
                               text=True).stdout
     expected = layout.everything(options.source, options.libdir)

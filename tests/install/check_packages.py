@@ -72,7 +72,7 @@ def content_problems(name, contents, expected):
     for path, (owner, mode, target) in contents.items():
         if owner != "root/root" or mode not in ("-rw-r--r--", "lrwxrwxrwx"):
             found.append(f"{name}: {path} is {mode} of {owner}")
-        links = {layout.LIBRARY: layout.SONAME, layout.SONAME: layout.FULL_NAME}
+        links = {layout.LINK_NAME: layout.SONAME, layout.SONAME: layout.FULL_NAME}
         if target != links.get(pathlib.PurePath(path).name, ""):
             found.append(f"{name}: {path} leads to {target!r}")
     return found
@@ -110,7 +110,7 @@ def archives(options):
                 continue
             found += [f"{file.name}: {problem}" for problem in
                       layout.differences(layout.found(tops[0]), layout.everything(options.source, options.libdir))]
-            found += stripped_problems(options, tops[0] / options.libdir / layout.LIBRARY)
+            found += stripped_problems(options, tops[0] / options.libdir / layout.LINK_NAME)
             for way in ("find_package", "pkg_config"):
                 if consume.missing(way):
                     print(f"SKIPPED: {way}", file=sys.stderr)

@@ -4,9 +4,9 @@ source tree holds.
 
 import pathlib
 
-LIBRARY = "libKineDll.so"
-SONAME = LIBRARY + ".1"
-FULL_NAME = LIBRARY + ".1.0.0"
+LINK_NAME = "libKineDll.so"
+SONAME = LINK_NAME + ".1"
+FULL_NAME = LINK_NAME + ".1.0.0"
 PAGES = (".md", ".svg", ".png")
 
 
@@ -17,7 +17,7 @@ def runtime(libdir="lib"):
 def development(libdir="lib"):
     cmake = ("KineDllConfig.cmake", "KineDllConfigVersion.cmake", "KineDllTargets.cmake",
              "KineDllTargets-release.cmake")
-    return ({"include/KineDll.h", "include/KineDll.hpp", f"{libdir}/{LIBRARY}", f"{libdir}/pkgconfig/kinedll.pc"} |
+    return ({"include/KineDll.h", "include/KineDll.hpp", f"{libdir}/{LINK_NAME}", f"{libdir}/pkgconfig/kinedll.pc"} |
             {f"{libdir}/cmake/KineDll/{name}" for name in cmake})
 
 

@@ -7,6 +7,7 @@ numpy array), fields of integers refuse what does not fit instead of cutting it 
 
 from __future__ import annotations
 
+import abc
 import ctypes
 import operator
 from typing import Any, ClassVar, Generic, Iterable, Iterator, List, Sequence, SupportsFloat, Tuple, Type, TypeVar, cast
@@ -24,7 +25,7 @@ class Array(Sequence[T]):
         """Changes one element of the record."""
 
 
-class Field(Generic[T]):
+class Field(abc.ABC, Generic[T]):
     """A field that converts what it is given; reading is left to ctypes."""
 
     def __init__(self, plain: Any, name: str, ctype: Any) -> None:
@@ -38,8 +39,9 @@ class Field(Generic[T]):
     def __set__(self, record: Any, value: Any) -> None:
         self._plain.__set__(record, self.converted(value))
 
+    @abc.abstractmethod
     def converted(self, value: Any) -> Any:
-        raise NotImplementedError
+        """The value as ctypes takes it."""
 
 
 class Int(Field[int]):
@@ -58,8 +60,9 @@ class ArrayField(Field[Array[T]]):
             raise ValueError(f"{self._name}: {len(values)} values where there are {self._ctype._length_}")
         return self._ctype(*map(self.element, values))
 
+    @abc.abstractmethod
     def element(self, value: Any) -> Any:
-        raise NotImplementedError
+        """One value of the array as ctypes takes it."""
 
 
 class Doubles(ArrayField[float]):
@@ -174,9 +177,7 @@ class Record(ctypes.Structure):
 
     def __eq__(self, other: object) -> bool:
         """Equal numbers; a NaN equals nothing. Compare bytes(record) for the very same bits."""
-        if type(other) is not type(self):
-            return NotImplemented
-        return all(map(operator.eq, self.to_list(), cast(Record, other).to_list()))
+        return type(other) is type(self) and all(map(operator.eq, self.to_list(), cast(Record, other).to_list()))
 
     __hash__ = None  # type: ignore[assignment]  # records change
 
