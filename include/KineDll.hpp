@@ -8,8 +8,8 @@
  * runs.
  *
  * Nothing here allocates, throws, locks or keeps anything. All types are trivially copyable. Every call is
- * one inline function around one call of the library: beyond the C program that sets its result record to
- * zero first, it costs nothing.
+ * one inline function around one call of the library: optimised, it takes about the instructions of the C
+ * program that sets its result record to zero first.
  *
  * The namespace is not the one of the library's own sources, so that a program may hold both.
  */
