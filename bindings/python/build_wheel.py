@@ -57,8 +57,9 @@ def build(library, output):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--library", dest="shared_library", type=pathlib.Path, required=True,
-                        help="libKineDll.so.1 or KineDll.dll")
+    parser.add_argument(
+        "--library", dest="shared_library", type=pathlib.Path, required=True, help="libKineDll.so.1 or KineDll.dll"
+    )
     parser.add_argument("--output", type=pathlib.Path, default=pathlib.Path("."), help="folder for the wheel")
     options = parser.parse_args()
     print(build(options.shared_library, options.output))
