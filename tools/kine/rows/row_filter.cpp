@@ -1,0 +1,33 @@
+#include "rows/row_filter.h"
+
+#include "library/codes.h"
+#include "text/numbers.h"
+
+namespace kine_cli {
+
+void Answers::Refuse(const Target& target, KineResult code)
+{
+    ++refused;
+    const std::string lines = printed_.Take();
+    row.EndRefused(code, lines);
+    if (row.OutputFormat() == Format::kJson) return;
+    diagnostics += "kine: target ";
+    diagnostics += target.name;
+    (((diagnostics += ": ") += HexCode(code)) += ' ') += NameOf(code);
+    diagnostics += lines.empty() ? "\n" : ": " + lines;
+}
+
+void Answers::RefuseRow(const Target& target, KineResult code)
+{
+    row.Begin(target.name);
+    Refuse(target, code);
+}
+
+bool Answers::Accept(const Target& target, KineResult code)
+{
+    if (code == KINE_OK) return true;
+    RefuseRow(target, code);
+    return false;
+}
+
+}  // namespace kine_cli

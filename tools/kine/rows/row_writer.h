@@ -1,0 +1,71 @@
+// Rows of answers, as a table for people, as JSON (one object per line) or as comma-separated values.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "KineDll.h"
+#include "rows/target.h"
+
+namespace kine_cli {
+
+enum class Format
+{
+    kTable,
+    kJson,
+    kCsv
+};
+
+struct Column
+{
+    std::string name;
+    int width = 0;     // in a table; a negative one for texts, which stand on the left
+    int decimals = 0;  // in a table
+};
+
+// The columns of targets, as RowParser reads them.
+std::vector<Column> JointColumns(Widths widths);
+std::vector<Column> FrameColumns();
+std::vector<Column> PoseColumns(Widths widths);
+
+// Appends text in quotes, escaped for JSON. What is not UTF-8 becomes a question mark.
+void AppendJsonText(std::string& out, std::string_view text);
+
+class RowWriter
+{
+public:
+    // Every row starts with the target and ends with the result; `columns` are those between.
+    RowWriter(Format format, Widths widths, std::vector<Column> columns);
+
+    Format OutputFormat() const { return format_; }
+    std::string Header() const;
+
+    void Begin(std::string_view target);
+    void Number(double value);
+    void Integer(std::int64_t value);
+    void Text(std::string_view value);
+    void Joints(const KineJoint& joints);
+    void Frame(const KineFrame& frame);
+    void Pose(const KinePose& pose);
+    void End();
+    // Ends the row with a refusal: columns that are not written yet stay empty. JSON has the lines too.
+    void EndRefused(KineResult code, const std::string& lines);
+
+    // What has been written since the last time.
+    std::string& Written() { return out_; }
+
+private:
+    void Separate();
+
+    Format format_;
+    Widths widths_;
+    std::vector<Column> columns_;
+    std::vector<std::string> keys_;  // of JSON, with quotes and colon
+    std::size_t next_ = 0;
+    std::string out_;
+};
+
+}  // namespace kine_cli
