@@ -1,0 +1,148 @@
+#include "plot/svg.h"
+
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "failure.h"
+#include "rows/stream.h"
+#include "text/numbers.h"
+
+namespace kine_cli {
+namespace {
+
+constexpr double kHeadLength = 7.0;
+constexpr double kHeadHalfWidth = 2.6;
+
+// At most two decimals, none that say nothing.
+std::string Short(double value)
+{
+    std::string text = Fixed(value, 2);
+    while (text.find('.') != std::string::npos && (text.back() == '0' || text.back() == '.')) {
+        const bool isPoint = text.back() == '.';
+        text.pop_back();
+        if (isPoint) break;
+    }
+    return text;
+}
+
+std::string Pair(Point p) { return Short(p.x) + "," + Short(p.y); }
+
+std::string Escaped(std::string_view text)
+{
+    std::string escaped;
+    for (const char c : text) {
+        switch (c) {
+            case '&': escaped += "&amp;"; break;
+            case '<': escaped += "&lt;"; break;
+            case '>': escaped += "&gt;"; break;
+            case '"': escaped += "&quot;"; break;
+            default: escaped += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+        }
+    }
+    return escaped;
+}
+
+std::string StrokeAttributes(const Stroke& stroke)
+{
+    if (stroke.colour == colour::kNone) return "";
+    std::string text =
+        " stroke=\"" + std::string(stroke.colour) + "\" stroke-width=\"" + Short(stroke.width) + "\"";
+    if (!stroke.dashes.empty()) text += " stroke-dasharray=\"" + std::string(stroke.dashes) + "\"";
+    return text;
+}
+
+std::string PathOf(std::span<const Point> points)
+{
+    std::string path;
+    for (const Point& p : points) path += (path.empty() ? "M" : "L") + Pair(p);
+    return path;
+}
+
+}  // namespace
+
+Svg::Svg(double width, double height, std::string_view title)
+{
+    const std::string size = "0 0 " + Short(width) + " " + Short(height);
+    text_ = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" + size + "\" width=\"" + Short(width) +
+            "\" height=\"" + Short(height) +
+            "\" font-family=\"Helvetica, Arial, 'DejaVu Sans', sans-serif\" stroke-linecap=\"round\" "
+            "stroke-linejoin=\"round\">\n<title>" +
+            Escaped(title) + "</title>\n<rect width=\"" + Short(width) + "\" height=\"" + Short(height) +
+            "\" fill=\"#ffffff\"/>\n";
+}
+
+void Svg::Line(Point a, Point b, const Stroke& stroke)
+{
+    const Point points[] = {a, b};
+    Polyline(points, stroke);
+}
+
+void Svg::Polyline(std::span<const Point> points, const Stroke& stroke)
+{
+    text_ += "<path d=\"" + PathOf(points) + "\" fill=\"none\"" + StrokeAttributes(stroke) + "/>\n";
+}
+
+void Svg::Polygon(std::span<const Point> points, std::string_view fill, const Stroke& stroke)
+{
+    text_ += "<path d=\"" + PathOf(points) + "Z\" fill=\"" + std::string(fill) + "\"" +
+             StrokeAttributes(stroke) + "/>\n";
+}
+
+void Svg::Circle(Point centre, double radius, std::string_view fill, const Stroke& stroke)
+{
+    text_ += "<circle cx=\"" + Short(centre.x) + "\" cy=\"" + Short(centre.y) + "\" r=\"" + Short(radius) +
+             "\" fill=\"" + std::string(fill) + "\"" + StrokeAttributes(stroke) + "/>\n";
+}
+
+void Svg::Square(Point corner, double width, double height, std::string_view fill)
+{
+    text_ += "<rect x=\"" + Short(corner.x) + "\" y=\"" + Short(corner.y) + "\" width=\"" + Short(width) +
+             "\" height=\"" + Short(height) + "\" fill=\"" + std::string(fill) +
+             "\" shape-rendering=\"crispEdges\"/>\n";
+}
+
+void Svg::Arrow(Point a, Point b, const Stroke& stroke)
+{
+    const double length = std::hypot(b.x - a.x, b.y - a.y);
+    if (length < 1e-9) return;
+    const Point u = {(b.x - a.x) / length, (b.y - a.y) / length};
+    const double head = std::fmin(kHeadLength, length);
+    const double half = head * kHeadHalfWidth / kHeadLength;
+    const Point neck = {b.x - head * u.x, b.y - head * u.y};
+    Line(a, neck, stroke);
+    const Point tip[] = {
+        b, {neck.x - half * u.y, neck.y + half * u.x}, {neck.x + half * u.y, neck.y - half * u.x}};
+    Polygon(tip, stroke.colour, {colour::kNone});
+}
+
+void Svg::Text(Point at, std::string_view text, const Lettering& lettering)
+{
+    std::string attributes = "x=\"" + Short(at.x) + "\" y=\"" + Short(at.y) + "\" font-size=\"" +
+                             Short(lettering.size) + "\" fill=\"" + std::string(lettering.colour) + "\"";
+    if (lettering.anchor != Anchor::kStart) {
+        attributes +=
+            lettering.anchor == Anchor::kMiddle ? " text-anchor=\"middle\"" : " text-anchor=\"end\"";
+    }
+    if (lettering.bold) attributes += " font-weight=\"bold\"";
+    text_ += "<text " + attributes + " stroke=\"#ffffff\" stroke-width=\"3\" paint-order=\"stroke\">" +
+             Escaped(text) + "</text>\n";
+}
+
+std::string Svg::Document() const { return text_ + "</svg>\n"; }
+
+void WriteDocument(const std::string& file, std::string_view text, int standardOutput)
+{
+    if (file == "-") {
+        WriteAll(standardOutput, text);
+        return;
+    }
+    std::FILE* stream = std::fopen(file.c_str(), "wbe");
+    if (!stream) FailFile(file + ": " + std::strerror(errno));
+    const bool isWritten = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    if (std::fclose(stream) != 0 || !isWritten) FailFile(file + ": " + std::strerror(errno));
+}
+
+}  // namespace kine_cli
