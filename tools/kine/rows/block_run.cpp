@@ -12,6 +12,7 @@ BlockAnswer BlockRun::Run(const LineBlock& block)
 {
     BlockAnswer answer;
     answers_.refused = 0;
+    answers_.row.Written().reserve(3 * block.text.size());  // about what comes out
     try {
         ForEachLine(block, [&](std::string_view line, std::uint64_t number) {
             if (RowParser::IsEmpty(line)) return;

@@ -169,6 +169,8 @@ void RowWriter::Number(double value)
         AppendFixed(out_, value, column.width, column.decimals);
     } else if (format_ == Format::kJson && !(value - value == 0.0)) {
         out_ += "null";  // JSON has no infinity and no NaN
+    } else if (format_ == Format::kCsv) {
+        AppendRounded(out_, value);
     } else {
         AppendNumber(out_, value);
     }

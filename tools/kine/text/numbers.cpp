@@ -3,12 +3,29 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace kine_cli {
 namespace {
 
 // Above this size fixed decimals say nothing and break the columns.
 constexpr double kLargestFixed = 1e9;
+
+constexpr std::int64_t kRoundedScale = 10'000'000'000;
+// Scaled numbers below this are whole to less than half a unit.
+constexpr double kLargestRounded = 4503599627370496.0 / static_cast<double>(kRoundedScale);
+
+// "00" to "99"
+constexpr std::array<char, 200> kDigitPairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}();
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
@@ -37,6 +54,28 @@ void AppendNumber(std::string& text, double value)
     std::array<char, 32> digits;  // NOLINT(cppcoreguidelines-pro-type-member-init): written below
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     text.append(digits.data(), result.ptr);
+}
+
+void AppendRounded(std::string& text, double value)
+{
+    if (!(std::fabs(value) < kLargestRounded)) return AppendNumber(text, value);
+    const auto scaled =
+        static_cast<std::int64_t>(std::nearbyint(std::fabs(value) * static_cast<double>(kRoundedScale)));
+    std::array<char, 32> digits;  // NOLINT(cppcoreguidelines-pro-type-member-init): written below
+    char* at = digits.data();
+    if (value < 0.0 && scaled != 0) *at++ = '-';
+    char* const point = std::to_chars(at, digits.data() + digits.size(), scaled / kRoundedScale).ptr;
+    char* end = point + 1;
+    auto decimals = static_cast<std::uint64_t>(scaled % kRoundedScale);
+    for (std::uint64_t unit = kRoundedScale / 100; unit > 0; unit /= 100) {
+        std::memcpy(end, kDigitPairs.data() + 2 * (decimals / unit), 2);
+        decimals %= unit;
+        end += 2;
+    }
+    while (end[-1] == '0' && end - 1 > point) --end;
+    *point = '.';
+    if (end - 1 == point) --end;
+    text.append(digits.data(), static_cast<std::size_t>(end - digits.data()));
 }
 
 std::string Fixed(double value, int decimals)
