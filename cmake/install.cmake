@@ -1,6 +1,7 @@
 # Where the files go when the project is installed.
 #
-# Components: Runtime is the library, Development what a compiler and CMake need, Documentation the texts and examples.
+# Components: Runtime is the library, Development what a compiler and CMake need, Documentation the texts and examples,
+# Program is kine with its man page, completions and cells.
 # The Debian packages have components of their own, named like the packages, because Debian wants other folders; a
 # plain `cmake --install` leaves these out.
 option(KINE_INSTALL "Install the library with this project" ${PROJECT_IS_TOP_LEVEL})
@@ -74,3 +75,27 @@ endfunction()
 kine_install(RUNTIME Runtime DEVELOPMENT Development DOCUMENTATION Documentation
     LIBDIR ${CMAKE_INSTALL_LIBDIR} DOCDIR ${CMAKE_INSTALL_DOCDIR} EXPORT KineDll)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Runtime)
+
+# kine_install_program(COMPONENT c [EXTRA])
+function(kine_install_program)
+    cmake_parse_arguments(PARSE_ARGV 0 to "EXTRA" "COMPONENT" "")
+    set(into COMPONENT ${to_COMPONENT})
+    if(to_EXTRA)
+        list(APPEND into EXCLUDE_FROM_ALL)
+    endif()
+    set(made ${PROJECT_BINARY_DIR}/kine-share)
+    install(TARGETS kine RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} ${into})
+    install(FILES ${made}/kine.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 ${into})
+    install(FILES ${made}/kine.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kine ${into})
+    install(FILES ${made}/_kine DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions ${into})
+    install(FILES ${made}/kine.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d ${into})
+    install(DIRECTORY tools/kine/cells DESTINATION ${CMAKE_INSTALL_DATADIR}/kinedll ${into}
+        FILES_MATCHING REGEX "/[a-z0-9_]+\\.(json|csv)$")
+    install(FILES tools/kine/cell/cell.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/kinedll/cell ${into})
+endfunction()
+
+if(TARGET kine)
+    # Found beside the program wherever the folder is moved.
+    set_target_properties(kine PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+    kine_install_program(COMPONENT Program)
+endif()

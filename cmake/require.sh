@@ -35,7 +35,9 @@ is_present() {
         mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
         eigen) has_header eigen3/Eigen/Geometry ;;
         scipy) /usr/bin/python3 -c 'import scipy' >/dev/null 2>&1 ;;
-        pytest | numpy | pip | setuptools | wheel) /usr/bin/python3 -c "import $1" >/dev/null 2>&1 ;;
+        cli11) has_header CLI/CLI.hpp ;;
+        nlohmann-json) has_header nlohmann/json.hpp ;;
+        pytest | numpy | jsonschema | pip | setuptools | wheel) /usr/bin/python3 -c "import $1" >/dev/null 2>&1 ;;
         venv) /usr/bin/python3 -c 'import ensurepip' >/dev/null 2>&1 ;;
         *) command -v "$1" >/dev/null ;;
     esac
@@ -55,8 +57,10 @@ package_of() {
         eigen) echo libeigen3-dev ;;
         scipy) echo python3-scipy ;;
         mcs) echo mono-mcs ;;
+        cli11) echo libcli11-dev ;;
+        nlohmann-json) echo nlohmann-json3-dev ;;
         mono) echo mono-runtime ;;
-        pytest | numpy | pip | setuptools | wheel | venv) echo "python3-$1" ;;
+        pytest | numpy | jsonschema | pip | setuptools | wheel | venv) echo "python3-$1" ;;
         wine32) echo wine32:i386 ;;
         *-w64-mingw32-g++-posix) echo "g++-mingw-w64-${1%%-w64*}-posix" | tr _ - ;;
         *) echo "$1" ;;

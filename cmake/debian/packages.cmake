@@ -1,6 +1,10 @@
-# The Debian packages: the library alone, named for its SONAME, and all that a developer needs beside it.
+# The Debian packages: the library alone, named for its SONAME, all that a developer needs beside it, and the program.
 set(runtime libkinedll${PROJECT_VERSION_MAJOR})
 set(development libkinedll-dev)
+set(program)
+if(TARGET kine)
+    set(program kinedll-tools)
+endif()
 set(debian_release 1)
 set(debian_version ${PROJECT_VERSION}-${debian_release})
 
@@ -10,6 +14,9 @@ if(CMAKE_LIBRARY_ARCHITECTURE)
 endif()
 kine_install(RUNTIME ${runtime} DEVELOPMENT ${development} DOCUMENTATION ${development} EXTRA
     LIBDIR ${debian_libdir} DOCDIR share/doc/${development} EXPORT KineDllDebian PC_PREFIX /usr)
+if(program)
+    kine_install_program(COMPONENT ${program} EXTRA)
+endif()
 
 # Files that Debian asks for. The changelog names the moment of the build: SOURCE_DATE_EPOCH makes it repeatable.
 set(debian_files ${PROJECT_BINARY_DIR}/install/debian)
@@ -18,13 +25,13 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/changelog.in ${debian_files}/changelog.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/shlibs.in ${debian_files}/shlibs @ONLY)
 find_program(KINE_GZIP gzip REQUIRED)
 execute_process(COMMAND ${KINE_GZIP} -9nf ${debian_files}/changelog.Debian COMMAND_ERROR_IS_FATAL ANY)
-foreach(package IN ITEMS ${runtime} ${development})
+foreach(package IN ITEMS ${runtime} ${development} ${program})
     install(FILES ${debian_files}/changelog.Debian.gz ${CMAKE_CURRENT_LIST_DIR}/copyright
         DESTINATION share/doc/${package} COMPONENT ${package} EXCLUDE_FROM_ALL)
 endforeach()
 
 list(PREPEND CPACK_GENERATOR DEB)
-set(CPACK_COMPONENTS_ALL ${runtime} ${development})
+set(CPACK_COMPONENTS_ALL ${runtime} ${development} ${program})
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE ${debian_release})
@@ -34,6 +41,8 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/before_packing.cmake)
 set(CPACK_KINE_RUNTIME ${runtime})
+set(CPACK_KINE_PROGRAM ${program})
+set(CPACK_KINE_NEEDS_RUNTIME "${runtime} (= ${debian_version})")
 set(CPACK_KINE_STRIP ${CMAKE_STRIP})
 
 set(what_it_does
@@ -57,3 +66,13 @@ set(CPACK_COMPONENT_${package}_DESCRIPTION "${what_it_does}
 
 This package holds the headers, the files for CMake and pkg-config, the
 documentation and the examples.")
+
+if(program)
+    string(TOUPPER ${program} package)
+    set(CPACK_DEBIAN_${package}_PACKAGE_NAME ${program})
+    set(CPACK_DEBIAN_${package}_PACKAGE_SECTION science)
+    set(CPACK_COMPONENT_${package}_DESCRIPTION "${what_it_does}
+
+This package holds kine, a program that solves, converts, calibrates, checks
+and draws the cells that a file describes.")
+endif()

@@ -5,8 +5,8 @@
       --packages DIR --source DIR --architecture TRIPLET --readelf READELF [--libdir lib] [--cmake CMAKE]
       [--compiler CC]
 
-The scratch root holds a package database of its own, in which only libc6 is installed. It takes root, which owns the
-files; without, the check is skipped (77).
+The scratch root holds a package database of its own, in which only the libraries of the compiler are installed. It takes
+root, which owns the files; without, the check is skipped (77).
 """
 
 import argparse
@@ -21,24 +21,28 @@ import tempfile
 import consume
 import layout
 
-RUNTIME, DEVELOPMENT = "libkinedll1", "libkinedll-dev"
+RUNTIME, DEVELOPMENT, PROGRAM = "libkinedll1", "libkinedll-dev", "kinedll-tools"
 FIELDS = {
     RUNTIME: {"Section": "libs", "Depends": r"libc6 \(>= 2\.\d+\)"},
     DEVELOPMENT: {"Section": "libdevel", "Depends": r"libkinedll1 \(= 1\.0\.0-1\)"},
+    PROGRAM: {"Section": "science", "Depends": r"libkinedll1 \(= 1\.0\.0-1\), libc6 \(>= [\d.]+\), "
+                                               r"libgcc-s1 \(>= [\d.]+\), libstdc\+\+6 \(>= [\d.]+\)"},
 }
-FIELDS_OF_BOTH = {"Version": r"1\.0\.0-1", "Priority": "optional", "Architecture": r"\w+",
+FIELDS_OF_ALL = {"Version": r"1\.0\.0-1", "Priority": "optional", "Architecture": r"\w+",
                   "Maintainer": r"KineDll developers <kinedll@example\.org>", "Installed-Size": r"[1-9]\d*",
                   "Description": r"kinematics of industrial robot arms\n(?: \S.*\n?)+"}
-CONTROL_FILES = {RUNTIME: {"control", "md5sums", "shlibs", "triggers"}, DEVELOPMENT: {"control", "md5sums"}}
+CONTROL_FILES = {RUNTIME: {"control", "md5sums", "shlibs", "triggers"}, DEVELOPMENT: {"control", "md5sums"},
+                 PROGRAM: {"control", "md5sums"}}
 CONTROL_TEXTS = {"shlibs": "libKineDll 1 libkinedll1 (>= 1.0.0)", "triggers": "activate-noawait ldconfig"}
 
-# A package database with a C library and nothing else.
-STATUS = """Package: libc6
+# What there is in the package database.
+SYSTEM_LIBRARIES = ("libc6", "libgcc-s1", "libstdc++6")
+STATUS = """Package: {name}
 Status: install ok installed
 Maintainer: nobody <nobody@example.org>
 Architecture: {architecture}
 Version: {version}
-Description: stands for the C library
+Description: stands for a library of the system
 
 """
 
@@ -61,7 +65,7 @@ def parse_contents(text):
 
 
 def field_problems(name, fields):
-    expected = FIELDS_OF_BOTH | FIELDS[name] | {"Package": re.escape(name)}
+    expected = FIELDS_OF_ALL | FIELDS[name] | {"Package": re.escape(name)}
     return ([f"{name}: {key} is {fields.get(key)!r}" for key, pattern in expected.items()
              if not re.fullmatch(pattern, fields.get(key, ""))] +
             [f"{name}: field {key}" for key in fields if key not in expected])
@@ -70,7 +74,7 @@ def field_problems(name, fields):
 def content_problems(name, contents, expected):
     found = [f"{name}: {problem}" for problem in layout.differences(set(contents), expected)]
     for path, (owner, mode, target) in contents.items():
-        if owner != "root/root" or mode not in ("-rw-r--r--", "lrwxrwxrwx"):
+        if owner != "root/root" or mode not in ("-rwxr-xr-x" if path == "usr/bin/kine" else "-rw-r--r--", "lrwxrwxrwx"):
             found.append(f"{name}: {path} is {mode} of {owner}")
         links = {layout.LINK_NAME: layout.SONAME, layout.SONAME: layout.FULL_NAME}
         if target != links.get(pathlib.PurePath(path).name, ""):
@@ -81,7 +85,7 @@ def content_problems(name, contents, expected):
 def debs(options):
     """The file of each package; there are no others."""
     files = {path.name.split("_")[0]: path for path in options.packages.glob("*.deb")}
-    if set(files) != {RUNTIME, DEVELOPMENT}:
+    if set(files) != {RUNTIME, DEVELOPMENT, PROGRAM}:
         raise ValueError(f"packages: {sorted(files)}")
     return files
 
@@ -91,7 +95,7 @@ def pack(options):
     log = output(options.cpack, "--config", options.build / "CPackConfig.cmake", "-B", options.packages)
     made = sorted(path.name for path in options.packages.iterdir() if path.is_file())
     print(log if not made else "\n".join(made))
-    return [] if len(made) in (2, 4) else [f"{len(made)} packages"]
+    return [] if len(made) in (2, 5) else [f"{len(made)} packages"]
 
 
 def archives(options):
@@ -149,9 +153,11 @@ class ScratchRoot:
         for name in ("info", "updates", "triggers", "parts"):
             (admin / name).mkdir(parents=True)
         (admin / "available").touch()
-        version = output("dpkg-query", "--show", "--showformat=${Version}\n", "libc6").split()[0]
-        (admin / "status").write_text(STATUS.format(architecture=output("dpkg", "--print-architecture").strip(),
-                                                    version=version), encoding="utf-8")
+        architecture = output("dpkg", "--print-architecture").strip()
+        versions = {name: output("dpkg-query", "--show", "--showformat=${Version}\n", name).split()[0]
+                    for name in SYSTEM_LIBRARIES}
+        (admin / "status").write_text("".join(STATUS.format(name=name, architecture=architecture, version=version)
+                                              for name, version in versions.items()), encoding="utf-8")
 
     def dpkg(self, *arguments):
         """Whether dpkg succeeds, and what it says."""
@@ -180,12 +186,16 @@ def debian_scratch_root(options):
 
     with tempfile.TemporaryDirectory() as folder:
         root = ScratchRoot(folder)
-        step("installing both", ["--install", files[RUNTIME], files[DEVELOPMENT]], True,
-             expected[RUNTIME] | expected[DEVELOPMENT])
+        step("installing all", ["--install", *files.values()], True, set().union(*expected.values()))
         for way in ("find_package", "dlopen"):
             consume.consume(way, root.folder / "usr", f"lib/{options.architecture}", options.compiler,
                             exports=options.source / "interface/exports.txt")
-        step("removing the library alone", ["--remove", RUNTIME], False, expected[RUNTIME] | expected[DEVELOPMENT])
+        answer = subprocess.run([root.folder / "usr/bin/kine", "explain", "0x6097"], check=False, capture_output=True,
+                                text=True, env={"LD_LIBRARY_PATH": f"{root.folder}/usr/lib/{options.architecture}"})
+        if answer.returncode != 0 or "KINE_ERR_IK_7" not in answer.stdout:
+            found.append(f"kine: {answer}")
+        step("removing the library alone", ["--remove", RUNTIME], False, set().union(*expected.values()))
+        step("purging the program", ["--purge", PROGRAM], True, expected[RUNTIME] | expected[DEVELOPMENT])
         step("purging the development files", ["--purge", DEVELOPMENT], True, expected[RUNTIME])
         step("purging the library", ["--purge", RUNTIME], True, set())
         left = [path.name for path in (root.folder / "var/lib/dpkg/info").iterdir() if "kinedll" in path.name]

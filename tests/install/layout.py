@@ -40,10 +40,19 @@ def bindings(source):
     return {path.relative_to(source).as_posix() for path in found}
 
 
+def program(source, manual="kine.1"):
+    """The program, and what it comes with."""
+    source = pathlib.Path(source)
+    cells = {path.name for path in (source / "tools/kine/cells").iterdir() if path.suffix in (".json", ".csv")}
+    return ({"bin/kine", f"share/man/man1/{manual}", "share/bash-completion/completions/kine",
+             "share/zsh/vendor-completions/_kine", "share/fish/vendor_completions.d/kine.fish",
+             "share/kinedll/cell/cell.schema.json"} | {f"share/kinedll/cells/{name}" for name in cells})
+
+
 def components(source, libdir="lib"):
     """What each component of `cmake --install` holds."""
     return {"Runtime": runtime(libdir) | {"share/doc/KineDll/LICENSE"}, "Development": development(libdir),
-            "Documentation": documentation(source)}
+            "Documentation": documentation(source), "Program": program(source)}
 
 
 def everything(source, libdir="lib"):
@@ -54,7 +63,8 @@ def debian(source, architecture):
     """What each Debian package holds, below the root."""
     libdir = f"lib/{architecture}"
     packages = {"libkinedll1": runtime(libdir),
-                "libkinedll-dev": development(libdir) | documentation(source, "share/doc/libkinedll-dev")}
+                "libkinedll-dev": development(libdir) | documentation(source, "share/doc/libkinedll-dev"),
+                "kinedll-tools": program(source, "kine.1.gz")}
     for name, files in packages.items():
         files |= {f"share/doc/{name}/copyright", f"share/doc/{name}/changelog.Debian.gz"}
     return {name: {f"usr/{path}" for path in files} for name, files in packages.items()}
