@@ -5,10 +5,11 @@
 
 namespace kine_cli {
 
-void Answers::Refuse(const Target& target, KineResult code)
+void Answers::Refuse(const Target& target, KineResult code) { Refuse(target, code, printed_.Take()); }
+
+void Answers::Refuse(const Target& target, KineResult code, const std::string& lines)
 {
     ++refused;
-    const std::string lines = printed_.Take();
     row.EndRefused(code, lines);
     if (row.OutputFormat() == Format::kJson) return;
     diagnostics += "kine: target ";
@@ -21,6 +22,12 @@ void Answers::RefuseRow(const Target& target, KineResult code)
 {
     row.Begin(target.name);
     Refuse(target, code);
+}
+
+void Answers::RefuseRow(const Target& target, KineResult code, const std::string& lines)
+{
+    row.Begin(target.name);
+    Refuse(target, code, lines);
 }
 
 bool Answers::Accept(const Target& target, KineResult code)

@@ -19,6 +19,8 @@ public:
 
     // Ends the row that has begun with a refusal of the library, and takes what it printed.
     void Refuse(const Target& target, KineResult code);
+    // A row without numbers that says why, for a target whose refusal is not the library's last one.
+    void RefuseRow(const Target& target, KineResult code, const std::string& lines);
     // A row for a target that cannot be asked about.
     void RefuseRow(const Target& target, KineResult code);
     // Whether the library took it; otherwise its row is written as refused.
@@ -29,6 +31,8 @@ public:
     std::uint64_t refused = 0;
 
 private:
+    void Refuse(const Target& target, KineResult code, const std::string& lines);
+
     PrintedLines& printed_;
 };
 

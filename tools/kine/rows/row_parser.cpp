@@ -19,7 +19,7 @@ constexpr std::array<std::string_view, kFrameFields> kFrameNames = {"x_mm",  "y_
                                                                     "a_deg", "b_deg", "c_deg"};
 
 // Columns that this program writes besides the numbers of a target.
-constexpr std::array<std::string_view, 3> kPassedOver = {"posture", "error", "lines"};
+constexpr std::array<std::string_view, 5> kPassedOver = {"posture", "solution", "step", "error", "lines"};
 
 bool IsSeparator(char c) { return c == ',' || c == ';' || c == '\t'; }
 
@@ -118,12 +118,15 @@ void RowParser::TakeName(std::string_view name, std::uint64_t number)
         const auto axis = NumberedColumn(name, "q", "_deg");
         if (axis && *axis < widths_.axes) return add(kAxis + *axis);
     }
+    const auto config = NumberedColumn(name, "cfg", "");
+    if (config && *config < kConfigFields) {
+        // `kine ik --all` writes them beside joints, which say it all.
+        return add(shape_ == Shape::kJoints ? std::size_t{kNowhere} : kConfig + *config);
+    }
     if (shape_ != Shape::kJoints) {
         const auto* const frame = std::find(kFrameNames.begin(), kFrameNames.end(), name);
         if (frame != kFrameNames.end())
             return add(kFrame + static_cast<std::size_t>(frame - kFrameNames.begin()));
-        const auto config = NumberedColumn(name, "cfg", "");
-        if (config && *config < kConfigFields) return add(kConfig + *config);
     }
     std::string known = "target, result";
     if (shape_ != Shape::kPoses) known += ", q1_deg to q" + std::to_string(widths_.axes) + "_deg";

@@ -199,6 +199,14 @@ void RowWriter::Text(std::string_view value)
     }
 }
 
+void RowWriter::Empty()
+{
+    const Column& column = columns_[next_];
+    Separate();
+    if (format_ == Format::kTable) AppendPadded(out_, "-", column.width);
+    if (format_ == Format::kJson) out_ += "null";
+}
+
 void RowWriter::Joints(const KineJoint& joints)
 {
     for (std::size_t i = 0; i < widths_.axes; ++i) Number(joints.Axis[i]);
@@ -228,12 +236,7 @@ void RowWriter::End()
 
 void RowWriter::EndRefused(KineResult code, const std::string& lines)
 {
-    while (next_ < columns_.size()) {
-        const Column& column = columns_[next_];
-        Separate();
-        if (format_ == Format::kTable) AppendPadded(out_, "-", column.width);
-        if (format_ == Format::kJson) out_ += "null";
-    }
+    while (next_ < columns_.size()) Empty();
     switch (format_) {
         case Format::kTable: ((((out_ += ' ') += HexCode(code)) += ' ') += NameOf(code)) += '\n'; break;
         case Format::kCsv: ((out_ += ',') += HexCode(code)) += '\n'; break;

@@ -47,6 +47,7 @@ public:
     void Number(double value);
     void Integer(std::int64_t value);
     void Text(std::string_view value);
+    void Empty();
     void Joints(const KineJoint& joints);
     void Frame(const KineFrame& frame);
     void Pose(const KinePose& pose);

@@ -4,8 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "failure.h"
 
@@ -13,7 +15,14 @@ namespace kine_cli {
 namespace {
 
 constexpr double kTurn = 360.0;
-// A turned solution that comes back further from its joints than rounding would bring it is not the one asked for.
+// The library takes turn numbers far beyond these; so many turns of one axis help nobody.
+constexpr double kFurthest = 10 * kTurn;
+constexpr double kOpenLimit = 57000.0;   // within the 999 rad of an axis without limits
+constexpr double kFurthestNumber = 1e6;  // of quarter turns, that the library takes
+// An axis that stands on its limit may come back beyond it by rounding.
+constexpr double kAtLimitDeg = 1e-6;
+// A turned solution that comes back further from its joints than rounding would bring it is not the one
+// asked for.
 constexpr double kSameJointsDeg = 1e-6;
 
 struct PostureWord
@@ -26,8 +35,8 @@ constexpr std::array<PostureWord, 6> kSixAxisWords = {{{"front", 4, false},
                                                        {"back", 4, true},
                                                        {"near", 2, false},
                                                        {"far", 2, true},
-                                                       {"noflip", 1, false},
-                                                       {"flip", 1, true}}};
+                                                       {"plain", 1, false},
+                                                       {"flipped", 1, true}}};
 constexpr std::array<PostureWord, 2> kFourAxisWords = {{{"elbow+", 1, false}, {"elbow-", 1, true}}};
 
 std::span<const PostureWord> WordsOf(std::uint32_t armType)
@@ -42,45 +51,102 @@ struct TurnedAxis
     std::size_t axis;
     std::int32_t KinePose::*number;
 };
-std::vector<TurnedAxis> TurnedAxesOf(std::uint32_t armType)
+constexpr std::array<TurnedAxis, 3> kSixAxisTurns = {
+    {{0, &KinePose::Cfg1}, {3, &KinePose::Cfg2}, {5, &KinePose::Cfg3}}};
+constexpr std::array<TurnedAxis, 1> kFourAxisTurns = {{{3, &KinePose::Cfg4}}};
+constexpr std::array<TurnedAxis, 3> kFourAxis4110Turns = {
+    {{0, &KinePose::Cfg2}, {1, &KinePose::Cfg3}, {3, &KinePose::Cfg4}}};
+
+std::span<const TurnedAxis> TurnedAxesOf(std::uint32_t armType)
 {
-    if (armType == KINE_ARM_SIX_AXIS)
-        return {{0, &KinePose::Cfg1}, {3, &KinePose::Cfg2}, {5, &KinePose::Cfg3}};
-    if (armType == KINE_ARM_FOUR_AXIS) return {{3, &KinePose::Cfg4}};
-    return {{0, &KinePose::Cfg2}, {1, &KinePose::Cfg3}, {3, &KinePose::Cfg4}};
+    if (armType == KINE_ARM_SIX_AXIS) return kSixAxisTurns;
+    if (armType == KINE_ARM_FOUR_AXIS) return kFourAxisTurns;
+    return kFourAxis4110Turns;
 }
 
-// The quarter turn of zero, or of the limit that is nearest to it.
+using Range = std::pair<double, double>;
+
+// None where the library opens the axis.
+std::optional<Range> LimitsOf(const Cell& cell, std::size_t axis)
+{
+    const double lower = cell.lower.Axis[axis];
+    const double upper = cell.upper.Axis[axis];
+    if (!cell.hasLimits || lower >= upper) return std::nullopt;
+    return Range(lower, upper);
+}
+
+// A turn number that the limits allow: that of zero, or of the limit nearest to it. Axis 2 of type 4110
+// needs a whole turn: with another number the library takes some bent elbows for stretched ones.
 std::int32_t NumberNearZero(const Cell& cell, std::size_t axis)
 {
-    if (!cell.hasLimits || cell.lower.Axis[axis] >= cell.upper.Axis[axis]) return 0;
-    const double angle = std::clamp(0.0, cell.lower.Axis[axis], cell.upper.Axis[axis]);
-    return static_cast<std::int32_t>(std::floor(std::clamp(angle / 90.0, -1e6, 1e6)));
+    const std::optional<Range> limits = LimitsOf(cell, axis);
+    if (!limits) return 0;
+    const double angle = std::clamp(0.0, limits->first, limits->second);
+    const double number = std::floor(std::clamp(angle / 90.0, -kFurthestNumber, kFurthestNumber));
+    const bool isWhole = cell.armType == KINE_ARM_FOUR_AXIS_4110 && axis == 1;
+    return static_cast<std::int32_t>(isWhole ? 4.0 * std::round(number / 4.0) : number);
 }
 
-// Turns of an angle within the limits of its axis.
-std::vector<double> TurnsOf(const Cell& cell, std::size_t axis, double angle)
+// What an axis may stand at.
+struct Turns
 {
-    double lower = -kTurn / 2;
-    double upper = kTurn / 2;
-    if (cell.hasLimits && cell.lower.Axis[axis] < cell.upper.Axis[axis]) {
-        // The library takes turn numbers far beyond these; so many turns of one axis help nobody.
-        constexpr double kFurthest = 10 * kTurn;
-        lower = std::max(cell.lower.Axis[axis], -kFurthest);
-        upper = std::min(cell.upper.Axis[axis], kFurthest);
+    double angle;
+    double lowest;  // in whole turns from the angle
+    double highest;
+
+    [[nodiscard]] std::vector<double> All() const
+    {
+        std::vector<double> angles(static_cast<std::size_t>(highest - lowest) + 1);
+        for (std::size_t i = 0; i < angles.size(); ++i)
+            angles[i] = angle + (lowest + static_cast<double>(i)) * kTurn;
+        return angles;
     }
-    std::vector<double> turns;
-    for (double n = std::ceil((lower - angle) / kTurn); angle + n * kTurn <= upper; n += 1.0) {
-        turns.push_back(angle + n * kTurn);
-        if (!cell.hasLimits) break;  // +-180 are the same turn
+    // Half way between two turns the angle stays as it is.
+    [[nodiscard]] double NearestTo(double wanted) const
+    {
+        return angle + std::clamp(std::rint((wanted - angle) / kTurn), lowest, highest) * kTurn;
     }
-    return turns;
+};
+
+// None when the axis has no turn within its limits. Axes whose turns no number selects have only the one that
+// the library gives them. Without limits all turns count that the library takes when the joints near which
+// they should be are known, otherwise the one that it gives.
+std::optional<Turns> TurnsOf(const Cell& cell, std::size_t axis, double angle, bool isNearKnown)
+{
+    const std::span<const TurnedAxis> turned = TurnedAxesOf(cell.armType);
+    const bool isTurned =
+        std::any_of(turned.begin(), turned.end(), [&](const TurnedAxis& t) { return t.axis == axis; });
+    const std::optional<Range> limits = LimitsOf(cell, axis);
+    if (!limits) {
+        const double most = isTurned && isNearKnown ? std::floor(kOpenLimit / kTurn) : 0.0;
+        return Turns{angle, -most, most};
+    }
+    const double middle = std::clamp(0.0, limits->first, limits->second);
+    const double lower = std::max(limits->first, middle - kFurthest) - kAtLimitDeg;
+    const double upper = std::min(limits->second, middle + kFurthest) + kAtLimitDeg;
+    Turns turns{angle, 0.0, 0.0};
+    if (!isTurned) return lower <= angle && angle <= upper ? std::optional(turns) : std::nullopt;
+    turns.lowest = std::ceil((lower - angle) / kTurn);
+    turns.highest = std::floor((upper - angle) / kTurn);
+    return turns.lowest <= turns.highest ? std::optional(turns) : std::nullopt;
 }
 
-bool IsWithinLimits(const Cell& cell, std::size_t axis, double angle)
+// The joints in every turn within the limits, or in those nearest to `near`.
+std::vector<KineJoint> Turned(const ReadyCell& ready, const KineJoint& joints, const KineJoint* near)
 {
-    if (!cell.hasLimits || cell.lower.Axis[axis] >= cell.upper.Axis[axis]) return true;
-    return cell.lower.Axis[axis] <= angle && angle <= cell.upper.Axis[axis];
+    std::vector<KineJoint> all = {joints};
+    for (std::size_t axis = 0; axis < ready.widths.axes; ++axis) {
+        const std::optional<Turns> turns = TurnsOf(ready.cell, axis, joints.Axis[axis], near != nullptr);
+        if (!turns) return {};
+        const std::vector<double> angles =
+            near != nullptr ? std::vector<double>{turns->NearestTo(near->Axis[axis])} : turns->All();
+        std::vector<KineJoint> next;
+        for (const KineJoint& before : all) {
+            for (const double angle : angles) next.emplace_back(before).Axis[axis] = angle;
+        }
+        all = std::move(next);
+    }
+    return all;
 }
 
 KineResult Inverse(const ReadyCell& ready, const KinePose& pose, KineJoint& joints)
@@ -89,6 +155,60 @@ KineResult Inverse(const ReadyCell& ready, const KinePose& pose, KineJoint& join
     return Kine_WobjPosToJoint(&pose, &records.tool, &records.wobj, &records.load, &joints);
 }
 
+void SetConfig(KinePose& pose, const KineArmConfig& config)
+{
+    pose.Cfg1 = config.Cfg1;
+    pose.Cfg2 = config.Cfg2;
+    pose.Cfg3 = config.Cfg3;
+    pose.Cfg4 = config.Cfg4;
+}
+
+// The solution in the turns of `wanted`, when the integers lead the library there.
+std::optional<Solution> Led(const ReadyCell& ready, KinePose pose, const KineArmConfig& config,
+                            const KineJoint& wanted, PrintedLines& printed)
+{
+    Solution solution;
+    solution.config = config;
+    solution.posture = PostureIndex(ready.cell.armType, config);
+    SetConfig(pose, config);
+    if (Inverse(ready, pose, solution.joints) != KINE_OK) {
+        printed.Take();
+        return std::nullopt;
+    }
+    if (!(Travel(ready, solution.joints, wanted) < kSameJointsDeg)) return std::nullopt;
+    return solution;
+}
+
+// One posture of a pose.
+struct AskedPosture
+{
+    std::size_t index;
+    KinePose pose;  // with the integers it was solved with
+};
+
+// Adds the solution in the turns of `wanted`. Whether there is one.
+bool AddTurned(const ReadyCell& ready, const AskedPosture& asked, const KineJoint& answer,
+               const KineJoint& wanted, std::vector<Solution>& all, PrintedLines& printed)
+{
+    const std::uint32_t armType = ready.cell.armType;
+    KineArmConfig config{};
+    if (Kine_GetArmType(&wanted, &config) != KINE_OK) return false;
+    // A solution of another posture is listed there.
+    if (PostureIndex(armType, config) != asked.index && Led(ready, asked.pose, config, wanted, printed))
+        return true;
+    (armType == KINE_ARM_SIX_AXIS ? config.Cfg4 : config.Cfg1) =
+        armType == KINE_ARM_SIX_AXIS ? asked.pose.Cfg4 : asked.pose.Cfg1;
+    std::optional<Solution> solution = Led(ready, asked.pose, config, wanted, printed);
+    if (!solution && Travel(ready, answer, wanted) == 0.0) {
+        const KinePose& pose = asked.pose;
+        solution = Solution{answer, {pose.Cfg1, pose.Cfg2, pose.Cfg3, pose.Cfg4}, asked.index};
+    }
+    if (solution) all.push_back(*solution);
+    return solution.has_value();
+}
+
+}  // namespace
+
 double Travel(const ReadyCell& ready, const KineJoint& a, const KineJoint& b)
 {
     double sum = 0.0;
@@ -96,25 +216,14 @@ double Travel(const ReadyCell& ready, const KineJoint& a, const KineJoint& b)
     return sum;
 }
 
-// Adds the solution in the turns of `wanted`, if the library leads there.
-void AddTurned(const ReadyCell& ready, KinePose pose, const KineJoint& wanted, std::size_t posture,
-               std::vector<Solution>& all, PrintedLines& printed)
+std::vector<std::size_t> AxesOutside(const ReadyCell& ready, const KineJoint& joints)
 {
-    Solution solution;
-    solution.posture = posture;
-    if (Kine_GetArmType(&wanted, &solution.config) != KINE_OK) return;
-    pose.Cfg1 = solution.config.Cfg1;
-    pose.Cfg2 = solution.config.Cfg2;
-    pose.Cfg3 = solution.config.Cfg3;
-    pose.Cfg4 = solution.config.Cfg4;
-    if (Inverse(ready, pose, solution.joints) != KINE_OK) {
-        printed.Take();
-        return;
+    std::vector<std::size_t> axes;
+    for (std::size_t axis = 0; axis < ready.widths.axes; ++axis) {
+        if (!TurnsOf(ready.cell, axis, joints.Axis[axis], false)) axes.push_back(axis);
     }
-    if (Travel(ready, solution.joints, wanted) < kSameJointsDeg) all.push_back(solution);
+    return axes;
 }
-
-}  // namespace
 
 std::vector<KineArmConfig> PosturesOf(std::uint32_t armType)
 {
@@ -124,10 +233,27 @@ std::vector<KineArmConfig> PosturesOf(std::uint32_t armType)
     return postures;
 }
 
+std::size_t PostureIndex(std::uint32_t armType, const KineArmConfig& config)
+{
+    if (armType == KINE_ARM_SIX_AXIS) return static_cast<std::uint32_t>(config.Cfg4) & 7U;
+    return config.Cfg1 > 0 ? 0 : 1;
+}
+
+PostureTexts::PostureTexts(std::uint32_t armType) : armType_(armType)
+{
+    for (const KineArmConfig& config : PosturesOf(armType)) texts_.push_back(PostureWords(armType, config));
+}
+
+std::size_t PostureTexts::Longest() const
+{
+    std::size_t longest = 0;
+    for (const std::string& text : texts_) longest = std::max(longest, text.size());
+    return longest;
+}
+
 std::string PostureWords(std::uint32_t armType, const KineArmConfig& config)
 {
-    const bool isSixAxis = armType == KINE_ARM_SIX_AXIS;
-    const auto posture = static_cast<std::uint32_t>(isSixAxis ? config.Cfg4 : config.Cfg1 > 0 ? 0 : 1);
+    const std::size_t posture = PostureIndex(armType, config);
     std::string text;
     for (const PostureWord& word : WordsOf(armType)) {
         if (((posture & word.bit) != 0) == word.isSet) (text += text.empty() ? "" : " ") += word.word;
@@ -159,45 +285,26 @@ PostureChoice PostureNamed(std::uint32_t armType, const std::string& words)
     return choice;
 }
 
-Solutions Solve(const ReadyCell& ready, const KinePose& pose, PrintedLines& printed)
+Solutions Solve(const ReadyCell& ready, const KinePose& pose, PrintedLines& printed, const KineJoint* near)
 {
     const Cell& cell = ready.cell;
-    const std::vector<TurnedAxis> turned = TurnedAxesOf(cell.armType);
+    const std::span<const TurnedAxis> turned = TurnedAxesOf(cell.armType);
     const std::vector<KineArmConfig> postures = PosturesOf(cell.armType);
     Solutions solutions;
     for (std::size_t posture = 0; posture < postures.size(); ++posture) {
         PostureAnswer& answer = solutions.postures.emplace_back();
-        KinePose asked = pose;
-        asked.Cfg1 = postures[posture].Cfg1;
-        asked.Cfg2 = asked.Cfg3 = 0;
-        asked.Cfg4 = postures[posture].Cfg4;
-        for (const TurnedAxis& axis : turned) asked.*axis.number = NumberNearZero(cell, axis.axis);
-        answer.code = Inverse(ready, asked, answer.joints);
+        AskedPosture asked = {posture, pose};
+        SetConfig(asked.pose, postures[posture]);
+        for (const TurnedAxis& axis : turned) asked.pose.*axis.number = NumberNearZero(cell, axis.axis);
+        answer.code = Inverse(ready, asked.pose, answer.joints);
         if (answer.code != KINE_OK) {
             answer.lines = printed.Take();
             continue;
         }
-        std::vector<KineJoint> wanted = {answer.joints};
-        for (std::size_t axis = 0; axis < ready.widths.axes; ++axis) {
-            const bool isTurned = std::any_of(turned.begin(), turned.end(),
-                                              [&](const TurnedAxis& t) { return t.axis == axis; });
-            std::vector<KineJoint> next;
-            for (const KineJoint& joints : wanted) {
-                if (!isTurned) {
-                    if (IsWithinLimits(cell, axis, joints.Axis[axis])) next.push_back(joints);
-                    continue;
-                }
-                for (const double angle : TurnsOf(cell, axis, joints.Axis[axis])) {
-                    next.push_back(joints);
-                    next.back().Axis[axis] = angle;
-                }
-            }
-            wanted = next;
+        for (const KineJoint& wanted : Turned(ready, answer.joints, near)) {
+            if (AddTurned(ready, asked, answer.joints, wanted, solutions.all, printed))
+                answer.withinLimits = true;
         }
-        const std::size_t before = solutions.all.size();
-        for (const KineJoint& joints : wanted)
-            AddTurned(ready, pose, joints, posture, solutions.all, printed);
-        answer.withinLimits = solutions.all.size() > before;
     }
     return solutions;
 }
@@ -210,7 +317,7 @@ const Solution* Nearest(const ReadyCell& ready, const Solutions& solutions, cons
     for (const Solution& solution : solutions.all) {
         if (!choice.Matches(solution.posture)) continue;
         const double travel = Travel(ready, solution.joints, joints);
-        if (nearest && !(travel < shortest)) continue;
+        if (nearest != nullptr && !(travel < shortest)) continue;
         nearest = &solution;
         shortest = travel;
     }
