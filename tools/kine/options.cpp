@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "cell/cell_reader.h"
 
@@ -55,5 +56,11 @@ ReadyCell::ReadyCell(const CellOptions& options, PrintedLines& printed) : cell(R
     records = RecordsOf(cell, options.selection);
     widths = {cell.AxisCount(), std::min(cell.externalAxes.size(), kExternalAxes)};
 }
+
+ReadyCell::ReadyCell(Cell sent, const Selection& selection)
+    : cell(std::move(sent)),
+      records(RecordsOf(cell, selection)),
+      widths{cell.AxisCount(), std::min(cell.externalAxes.size(), kExternalAxes)}
+{}
 
 }  // namespace kine_cli

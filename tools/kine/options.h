@@ -62,6 +62,8 @@ struct ReadyCell
     Widths widths;
 
     ReadyCell(const CellOptions& options, PrintedLines& printed);
+    // A cell that has been sent already.
+    ReadyCell(Cell sent, const Selection& selection);
 };
 
 // Sets the action of a command to run(options, printed), with options that live as long as it does.

@@ -7,6 +7,7 @@ namespace kine_cli {
 
 void AddAlign(CLI::App& program, Action& action);
 void AddCalib(CLI::App& program, Action& action);
+void AddCheck(CLI::App& program, Action& action);
 void AddFk(CLI::App& program, Action& action);
 void AddIk(CLI::App& program, Action& action);
 void AddJog(CLI::App& program, Action& action);
