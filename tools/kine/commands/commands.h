@@ -11,5 +11,6 @@ void AddCheck(CLI::App& program, Action& action);
 void AddFk(CLI::App& program, Action& action);
 void AddIk(CLI::App& program, Action& action);
 void AddJog(CLI::App& program, Action& action);
+void AddPlot(CLI::App& program, Action& action);
 
 }  // namespace kine_cli

@@ -16,24 +16,24 @@ namespace {
 constexpr double kHeadLength = 7.0;
 constexpr double kHeadHalfWidth = 2.6;
 
-// At most two decimals, none that say nothing.
-std::string Short(double value)
-{
-    std::string text = Fixed(value, 2);
-    while (text.find('.') != std::string::npos && (text.back() == '0' || text.back() == '.')) {
-        const bool isPoint = text.back() == '.';
-        text.pop_back();
-        if (isPoint) break;
-    }
-    return text;
-}
+std::string Pair(Point p) { return ShortNumber(p.x) + "," + ShortNumber(p.y); }
 
-std::string Pair(Point p) { return Short(p.x) + "," + Short(p.y); }
+// U+FFFE and U+FFFF, which XML does not have, differ in their last byte only.
+bool IsNoCharacter(std::string_view text)
+{
+    return text.starts_with("\xEF\xBF\xBE") || text.starts_with("\xEF\xBF\xBF");
+}
 
 std::string Escaped(std::string_view text)
 {
     std::string escaped;
-    for (const char c : text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (IsNoCharacter(text.substr(i))) {
+            escaped += '?';
+            i += 2;
+            continue;
+        }
+        const char c = text[i];
         switch (c) {
             case '&': escaped += "&amp;"; break;
             case '<': escaped += "&lt;"; break;
@@ -49,7 +49,7 @@ std::string StrokeAttributes(const Stroke& stroke)
 {
     if (stroke.colour == colour::kNone) return "";
     std::string text =
-        " stroke=\"" + std::string(stroke.colour) + "\" stroke-width=\"" + Short(stroke.width) + "\"";
+        " stroke=\"" + std::string(stroke.colour) + "\" stroke-width=\"" + ShortNumber(stroke.width) + "\"";
     if (!stroke.dashes.empty()) text += " stroke-dasharray=\"" + std::string(stroke.dashes) + "\"";
     return text;
 }
@@ -63,15 +63,26 @@ std::string PathOf(std::span<const Point> points)
 
 }  // namespace
 
+std::string ShortNumber(double value)
+{
+    std::string text = Fixed(value, 2);
+    while (text.find('.') != std::string::npos && (text.back() == '0' || text.back() == '.')) {
+        const bool isPoint = text.back() == '.';
+        text.pop_back();
+        if (isPoint) break;
+    }
+    return text;
+}
+
 Svg::Svg(double width, double height, std::string_view title)
 {
-    const std::string size = "0 0 " + Short(width) + " " + Short(height);
-    text_ = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" + size + "\" width=\"" + Short(width) +
-            "\" height=\"" + Short(height) +
+    const std::string size = "0 0 " + ShortNumber(width) + " " + ShortNumber(height);
+    text_ = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" + size + "\" width=\"" +
+            ShortNumber(width) + "\" height=\"" + ShortNumber(height) +
             "\" font-family=\"Helvetica, Arial, 'DejaVu Sans', sans-serif\" stroke-linecap=\"round\" "
             "stroke-linejoin=\"round\">\n<title>" +
-            Escaped(title) + "</title>\n<rect width=\"" + Short(width) + "\" height=\"" + Short(height) +
-            "\" fill=\"#ffffff\"/>\n";
+            Escaped(title) + "</title>\n<rect width=\"" + ShortNumber(width) + "\" height=\"" +
+            ShortNumber(height) + "\" fill=\"#ffffff\"/>\n";
 }
 
 void Svg::Line(Point a, Point b, const Stroke& stroke)
@@ -93,14 +104,15 @@ void Svg::Polygon(std::span<const Point> points, std::string_view fill, const St
 
 void Svg::Circle(Point centre, double radius, std::string_view fill, const Stroke& stroke)
 {
-    text_ += "<circle cx=\"" + Short(centre.x) + "\" cy=\"" + Short(centre.y) + "\" r=\"" + Short(radius) +
-             "\" fill=\"" + std::string(fill) + "\"" + StrokeAttributes(stroke) + "/>\n";
+    text_ += "<circle cx=\"" + ShortNumber(centre.x) + "\" cy=\"" + ShortNumber(centre.y) + "\" r=\"" +
+             ShortNumber(radius) + "\" fill=\"" + std::string(fill) + "\"" + StrokeAttributes(stroke) +
+             "/>\n";
 }
 
 void Svg::Square(Point corner, double width, double height, std::string_view fill)
 {
-    text_ += "<rect x=\"" + Short(corner.x) + "\" y=\"" + Short(corner.y) + "\" width=\"" + Short(width) +
-             "\" height=\"" + Short(height) + "\" fill=\"" + std::string(fill) +
+    text_ += "<rect x=\"" + ShortNumber(corner.x) + "\" y=\"" + ShortNumber(corner.y) + "\" width=\"" +
+             ShortNumber(width) + "\" height=\"" + ShortNumber(height) + "\" fill=\"" + std::string(fill) +
              "\" shape-rendering=\"crispEdges\"/>\n";
 }
 
@@ -120,8 +132,9 @@ void Svg::Arrow(Point a, Point b, const Stroke& stroke)
 
 void Svg::Text(Point at, std::string_view text, const Lettering& lettering)
 {
-    std::string attributes = "x=\"" + Short(at.x) + "\" y=\"" + Short(at.y) + "\" font-size=\"" +
-                             Short(lettering.size) + "\" fill=\"" + std::string(lettering.colour) + "\"";
+    std::string attributes = "x=\"" + ShortNumber(at.x) + "\" y=\"" + ShortNumber(at.y) + "\" font-size=\"" +
+                             ShortNumber(lettering.size) + "\" fill=\"" + std::string(lettering.colour) +
+                             "\"";
     if (lettering.anchor != Anchor::kStart) {
         attributes +=
             lettering.anchor == Anchor::kMiddle ? " text-anchor=\"middle\"" : " text-anchor=\"end\"";
@@ -130,6 +143,10 @@ void Svg::Text(Point at, std::string_view text, const Lettering& lettering)
     text_ += "<text " + attributes + " stroke=\"#ffffff\" stroke-width=\"3\" paint-order=\"stroke\">" +
              Escaped(text) + "</text>\n";
 }
+
+void Svg::BeginGroup(std::string_view id) { text_ += "<g id=\"" + std::string(id) + "\">\n"; }
+
+void Svg::EndGroup() { text_ += "</g>\n"; }
 
 std::string Svg::Document() const { return text_ + "</svg>\n"; }
 

@@ -24,6 +24,12 @@ inline constexpr std::string_view kGreen = "#15803d";
 inline constexpr std::string_view kBlue = "#1d4ed8";
 inline constexpr std::string_view kOrange = "#b45309";
 inline constexpr std::string_view kPurple = "#7e22ce";
+// Bodies, as in the figures of the book.
+inline constexpr std::string_view kSteel = "#e2e8f0";
+inline constexpr std::string_view kJoint = "#b6c2d1";
+inline constexpr std::string_view kTool = "#fde68a";
+inline constexpr std::string_view kWork = "#d5e8d4";
+inline constexpr std::string_view kWhite = "#ffffff";
 inline constexpr std::string_view kNone = "none";
 }  // namespace colour
 
@@ -49,6 +55,9 @@ struct Lettering
     bool bold = false;
 };
 
+// At most two decimals, none that say nothing.
+std::string ShortNumber(double value);
+
 class Svg
 {
 public:
@@ -63,6 +72,10 @@ public:
     void Arrow(Point a, Point b, const Stroke& stroke = {});
     // With a white rim, so that it stays legible over lines.
     void Text(Point at, std::string_view text, const Lettering& lettering = {});
+
+    // What is drawn between the two calls belongs together under a name: letters, digits and hyphens, once in a picture.
+    void BeginGroup(std::string_view id);
+    void EndGroup();
 
     // The whole document.
     std::string Document() const;
