@@ -33,6 +33,8 @@ is_present() {
         googletest) [ -e /usr/src/googletest/CMakeLists.txt ] ;;
         wine32) [ -x /usr/lib/wine/wine ] ;;
         mpmath) /usr/bin/python3 -c 'import mpmath' >/dev/null 2>&1 ;;
+        cli11) has_header CLI/CLI.hpp ;;
+        nlohmann-json) has_header nlohmann/json.hpp ;;
         eigen) has_header eigen3/Eigen/Geometry ;;
         scipy) /usr/bin/python3 -c 'import scipy' >/dev/null 2>&1 ;;
         cli11) has_header CLI/CLI.hpp ;;
@@ -54,6 +56,8 @@ package_of() {
         libfuzzer) echo libclang-rt-dev ;;
         orocos-kdl) echo liborocos-kdl-dev ;;
         mpmath) echo python3-mpmath ;;
+        cli11) echo libcli11-dev ;;
+        nlohmann-json) echo nlohmann-json3-dev ;;
         eigen) echo libeigen3-dev ;;
         scipy) echo python3-scipy ;;
         mcs) echo mono-mcs ;;

@@ -10,43 +10,22 @@
 #include <span>
 
 #include "cell/object_reader.h"
+#include "cell/record_reader.h"
 #include "failure.h"
+#include "text/numbers.h"
+#include "text/quoted.h"
 
 namespace kine_cli {
 namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{16} << 20U;
+constexpr std::size_t kLargestCell = std::size_t{1} << 20U;
 constexpr std::size_t kMostUnits =
     8;  // more than the library takes, so that a wrong count can be written down
 constexpr std::int64_t kLargestByte = 255;  // an index as wide as in the library's records
 constexpr double kOpenLimit = 999.0;        // the library's own, deg
 constexpr double kUsualWithinMm = 1e-3;
 constexpr double kUsualWithinDeg = 1e-3;
-
-void ReadFrameFields(ObjectReader& in, KineFrame& frame)
-{
-    frame.X = in.Number("x_mm", 0.0);
-    frame.Y = in.Number("y_mm", 0.0);
-    frame.Z = in.Number("z_mm", 0.0);
-    frame.A = in.Number("a_deg", 0.0);
-    frame.B = in.Number("b_deg", 0.0);
-    frame.C = in.Number("c_deg", 0.0);
-}
-
-KineFrame ReadFrame(const JsonValue& value, const std::string& path, Findings& findings)
-{
-    KineFrame frame{};
-    ObjectReader in(value, path, findings);
-    ReadFrameFields(in, frame);
-    in.RefuseTheRest();
-    return frame;
-}
-
-KineFrame ReadFrameAt(ObjectReader& in, std::string_view key)
-{
-    const JsonValue* value = in.Find(key);
-    return value ? ReadFrame(*value, in.PathOf(key), in.AllFindings()) : KineFrame{};
-}
 
 void ReadSixAxisArm(ObjectReader& in, KineSixAxisParam& p)
 {
@@ -100,7 +79,8 @@ void ReadArm(const JsonValue& value, Findings& findings, Cell& cell)
         cell.armType = static_cast<std::uint32_t>(type);
         ReadFourAxisArm(in, cell.param.FourAxis);
     } else {
-        if (in.Find("type")) in.Fault("type", "should be 4, 6 or 4110");
+        const JsonValue* given = in.Find("type");
+        if (given && given->kind == JsonValue::Kind::kNumber) in.Fault("type", "should be 4, 6 or 4110");
         return;  // what the other keys should be depends on it
     }
     in.RefuseTheRest();
@@ -181,81 +161,6 @@ void ReadUnit(const JsonValue& value, const std::string& path, Findings& finding
     cell.units.push_back(unit);
 }
 
-KineLoad ReadLoad(const JsonValue& value, const std::string& path, Findings& findings)
-{
-    KineLoad load{};
-    ObjectReader in(value, path, findings);
-    load.Mass = in.Number("mass_kg", 0.0);
-    in.Numbers("cog_mm", load.Cog, 3);
-    in.Numbers("axes_of_moment_deg", load.Aom, 3);
-    in.Numbers("inertia", load.Inertia, 3);
-    in.RefuseTheRest();
-    return load;
-}
-
-KineTool ReadTool(const JsonValue& value, const std::string& path, Findings& findings)
-{
-    KineTool tool{};
-    ObjectReader in(value, path, findings);
-    tool.HeldByRobot = in.Boolean("held_by_robot", true) ? 1 : 0;
-    tool.TFrame = ReadFrameAt(in, "frame");
-    if (const JsonValue* load = in.Find("load")) tool.TLoad = ReadLoad(*load, in.PathOf("load"), findings);
-    in.RefuseTheRest();
-    return tool;
-}
-
-KineWobj ReadWorkObject(const JsonValue& value, const std::string& path, Findings& findings)
-{
-    KineWobj wobj{};
-    ObjectReader in(value, path, findings);
-    wobj.HeldByRobot = in.Boolean("held_by_robot", false) ? 1 : 0;
-    wobj.UFFix = in.Find("mechanical_unit") ? 0 : 1;
-    wobj.MechUnitIndex = static_cast<std::int8_t>(in.Integer("mechanical_unit", -128, 127, 0));
-    wobj.UFrame = ReadFrameAt(in, "user_frame");
-    wobj.OFrame = ReadFrameAt(in, "object_frame");
-    in.RefuseTheRest();
-    return wobj;
-}
-
-void ReadExternalValues(ObjectReader& in, double (&values)[kExternalAxes])
-{
-    in.Numbers("external_mm_or_deg", values, 1);
-}
-
-KineJoint ReadJoints(const JsonValue& value, const std::string& path, Findings& findings, std::size_t axes)
-{
-    KineJoint joints{};
-    ObjectReader in(value, path, findings);
-    if (in.Require("axes_deg")) in.Numbers("axes_deg", std::span(joints.Axis, axes), axes);
-    ReadExternalValues(in, joints.ExtAxis);
-    in.RefuseTheRest();
-    return joints;
-}
-
-PoseTarget ReadPose(const JsonValue& value, const std::string& path, Findings& findings)
-{
-    PoseTarget target;
-    ObjectReader in(value, path, findings);
-    ReadFrameFields(in, target.pose.Frame);
-    std::array<double, 4> config{};
-    if (in.Numbers("cfg", config, config.size())) {
-        target.hasConfig = true;
-        const std::array<std::int32_t*, 4> fields = {&target.pose.Cfg1, &target.pose.Cfg2, &target.pose.Cfg3,
-                                                     &target.pose.Cfg4};
-        for (std::size_t i = 0; i < config.size(); ++i) {
-            if (config[i] != static_cast<double>(static_cast<std::int32_t>(
-                                 std::clamp(config[i], -2147483648.0, 2147483647.0)))) {
-                in.Fault("cfg", "should be whole numbers of 32 bits");
-                break;
-            }
-            *fields[i] = static_cast<std::int32_t>(config[i]);
-        }
-    }
-    ReadExternalValues(in, target.pose.ExtAxis);
-    in.RefuseTheRest();
-    return target;
-}
-
 // An object whose keys are names. `list` may hold entries that every cell has; their names are taken.
 template <typename Record, typename Read>
 void ReadNamed(ObjectReader& cellIn, std::string_view key, std::vector<Named<Record>>& list, const Read& read)
@@ -265,11 +170,11 @@ void ReadNamed(ObjectReader& cellIn, std::string_view key, std::vector<Named<Rec
     const ObjectReader in(*value, std::string(key), cellIn.AllFindings());
     for (const JsonMember& member : value->members) {
         const std::string path = in.PathOf(member.key);
-        if (member.key == kNone || member.key.empty() ||
-            member.key.find_first_of("\"@,;\t\n\r") != std::string::npos) {
+        if (member.key == kNone || member.key.empty() || HasControls(member.key) ||
+            member.key.find_first_of("\"@,;") != std::string::npos) {
             cellIn.AllFindings().Fault(
                 path, member.position,
-                "is no name for it: not empty, not \"none\", and without @ , ; \" and tabs");
+                "is no name for it: not empty, not \"none\", and without @ , ; \" and control characters");
         }
         list.push_back({member.key, read(member.value, path)});
     }
@@ -279,14 +184,23 @@ Selection ReadSelection(ObjectReader& in, const Cell& cell, const Selection& oth
 {
     Selection selection = otherwise;
     const auto choose = [&](std::string_view key, const auto& list, std::string& name) {
-        if (!in.Find(key)) return;
+        const JsonValue* value = in.Find(key);
+        if (!value) return;
         name = in.Text(key);
-        if (!Find(list, name)) in.Fault(key, "\"" + name + "\" is not in this cell");
+        if (value->kind == JsonValue::Kind::kString && !Find(list, name))
+            in.Fault(key, Quoted(name) + " is not in this cell");
     };
     choose("tool", cell.tools, selection.tool);
     choose("work_object", cell.workObjects, selection.workObject);
     choose("load", cell.loads, selection.load);
     return selection;
+}
+
+double ReadTolerance(ObjectReader& in, std::string_view key, double otherwise)
+{
+    const double tolerance = in.Number(key, otherwise);
+    if (tolerance < 0.0) in.Fault(key, "should not be negative");
+    return tolerance;
 }
 
 void ReadExpectation(const JsonValue& value, const std::string& path, Findings& findings, Cell& cell)
@@ -303,7 +217,7 @@ void ReadExpectation(const JsonValue& value, const std::string& path, Findings& 
             if (const KineJoint* named = Find(cell.joints, joints->text)) {
                 expectation.joints = *named;
             } else {
-                in.Fault("joints", "\"" + joints->text + "\" is not in this cell");
+                in.Fault("joints", Quoted(joints->text) + " is not in this cell");
             }
         } else {
             expectation.joints = ReadJoints(*joints, in.PathOf("joints"), findings, cell.AxisCount());
@@ -314,19 +228,16 @@ void ReadExpectation(const JsonValue& value, const std::string& path, Findings& 
     expectation.selection = ReadSelection(in, cell, cell.use);
     const JsonValue* frame = in.Find("frame");
     if (frame) expectation.frame = ReadFrame(*frame, in.PathOf("frame"), findings);
-    if (in.Find("code")) {
-        const std::string code = in.Text("code");
-        KineResult number = 0;
-        if (code.size() == 6 && std::sscanf(code.c_str(), "0x%4X", &number) == 1) {
-            expectation.code = number;
-        } else {
+    const JsonValue* code = in.Find("code");
+    if (code) {
+        constexpr std::size_t kCodeLength = 6;
+        expectation.code = ParseHexCode(code->text);
+        if (code->text.size() != kCodeLength || !expectation.code)
             in.Fault("code", "should be a result code such as \"0x6012\"");
-        }
     }
-    if ((frame != nullptr) == expectation.code.has_value())
-        in.Fault("", "should have either \"frame\" or \"code\"");
-    expectation.withinMm = in.Number("within_mm", kUsualWithinMm);
-    expectation.withinDeg = in.Number("within_deg", kUsualWithinDeg);
+    if ((frame != nullptr) == (code != nullptr)) in.Fault("should have either \"frame\" or \"code\"");
+    expectation.withinMm = ReadTolerance(in, "within_mm", kUsualWithinMm);
+    expectation.withinDeg = ReadTolerance(in, "within_deg", kUsualWithinDeg);
     in.RefuseTheRest();
     cell.expectations.push_back(expectation);
 }
@@ -397,6 +308,7 @@ void ReadCellFields(ObjectReader& in, Findings& findings, Cell& cell)
 
 Cell ParseCell(std::string_view text, const std::string& file)
 {
+    if (text.size() > kLargestCell) FailFile(file + ":1:1: larger than 1 MiB; no cell is");
     const JsonValue root = ParseJson(text, file);
     Cell cell;
     cell.file = file;

@@ -4,11 +4,12 @@
 #include <cmath>
 
 #include "failure.h"
+#include "text/quoted.h"
 
 namespace kine_cli {
 namespace {
 
-constexpr std::size_t kMostFaultsShown = 20;
+constexpr std::size_t kLongestPath = 200;  // bytes shown
 
 // How many single letters have to change to turn one word into the other (Levenshtein).
 std::size_t EditDistance(std::string_view a, std::string_view b)
@@ -60,18 +61,21 @@ std::string Cell::PlaceOf(std::string_view path) const
 
 void Findings::Fault(const std::string& path, Position position, const std::string& text)
 {
-    faults_.push_back(PlaceIn(cell_.file, position) + ": " + (path.empty() ? "" : path + ": ") + text);
+    ++count_;
+    if (faults_.size() == kMostFaultsShown) return;
+    std::string fault = PlaceIn(cell_.file, position) + ": ";
+    AppendPlain(fault, std::string_view(path).substr(0, kLongestPath));
+    if (path.size() > kLongestPath) fault += "...";
+    faults_.push_back(fault + (path.empty() ? "" : ": ") + text);
 }
 
 void Findings::Settle() const
 {
     if (faults_.empty()) return;
     std::string text;
-    for (std::size_t i = 0; i < faults_.size() && i < kMostFaultsShown; ++i)
-        text += (i ? "\n" : "") + faults_[i];
-    if (faults_.size() > kMostFaultsShown) {
-        text += "\n" + cell_.file + ": and " + std::to_string(faults_.size() - kMostFaultsShown) + " more";
-    }
+    for (const std::string& fault : faults_) text += (text.empty() ? "" : "\n") + fault;
+    if (count_ > faults_.size())
+        text += "\n" + cell_.file + ": and " + std::to_string(count_ - faults_.size()) + " more";
     FailFile(text);
 }
 
@@ -108,8 +112,7 @@ const JsonValue* ObjectReader::Find(std::string_view key)
 const JsonValue* ObjectReader::Require(std::string_view key)
 {
     const JsonValue* value = Find(key);
-    if (!value && isGiven_)
-        findings_.Fault(path_, value_.position, "\"" + std::string(key) + "\" is missing");
+    if (!value && isGiven_) findings_.Fault(path_, value_.position, Quoted(key) + " is missing");
     return value;
 }
 
@@ -121,6 +124,8 @@ void ObjectReader::Fault(std::string_view key, const std::string& text)
     }
     findings_.Fault(PathOf(key), value->position, text);
 }
+
+void ObjectReader::Fault(const std::string& text) { findings_.Fault(path_, value_.position, text); }
 
 bool ReadNumber(const JsonValue& value, const std::string& path, Findings& findings, double& number)
 {
@@ -180,6 +185,7 @@ std::string ObjectReader::Text(std::string_view key)
         Fault(key, "is " + std::string(KindInWords(value->kind)) + ", should be a text");
         return "";
     }
+    if (HasControls(value->text)) Fault(key, "has a control character, such as a tab or a new line");
     return value->text;
 }
 
@@ -209,8 +215,10 @@ std::size_t ObjectReader::Numbers(std::string_view key, std::span<double> number
         const std::string wanted = fewest == numbers.size()
                                        ? std::to_string(fewest)
                                        : std::to_string(fewest) + " to " + std::to_string(numbers.size());
-        Fault(key, "should be an array of " + wanted + " numbers" +
-                       (value->kind == JsonValue::Kind::kArray ? ", has " + std::to_string(count) : ""));
+        Fault(key,
+              "should be an array of " + wanted + " numbers" +
+                  (value->kind == JsonValue::Kind::kArray ? ", has " + std::to_string(count)
+                                                          : ", is " + std::string(KindInWords(value->kind))));
         return 0;
     }
     for (std::size_t i = 0; i < count; ++i) {
@@ -223,8 +231,9 @@ void ObjectReader::RefuseTheRest()
 {
     for (const JsonMember& member : value_.members) {
         if (std::find(known_.begin(), known_.end(), member.key) == known_.end()) {
-            findings_.Fault(PathOf(member.key), member.position,
-                            "unknown key" + Suggestion(member.key, known_));
+            findings_.Fault(
+                PathOf(member.key), member.position,
+                "unknown key" + (findings_.IsRoomLeft() ? Suggestion(member.key, known_) : std::string()));
         }
     }
 }

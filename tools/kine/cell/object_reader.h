@@ -22,11 +22,16 @@ public:
 
     void Note(const std::string& path, Position position) { cell_.places.emplace(path, position); }
     void Fault(const std::string& path, Position position, const std::string& text);
+    // Whether one more fault is shown rather than counted.
+    bool IsRoomLeft() const { return faults_.size() < kMostFaultsShown; }
     // Fails with all faults, when there are any.
     void Settle() const;
 
 private:
+    static constexpr std::size_t kMostFaultsShown = 20;
+
     Cell& cell_;
+    std::size_t count_ = 0;
     std::vector<std::string> faults_;
 };
 
@@ -52,7 +57,9 @@ public:
     // for is a fault.
     std::size_t Numbers(std::string_view key, std::span<double> numbers, std::size_t fewest);
 
+    // Of the value of a key, and of the object itself.
     void Fault(std::string_view key, const std::string& text);
+    void Fault(const std::string& text);
     std::string PathOf(std::string_view key) const;
     Findings& AllFindings() { return findings_; }
     bool IsGiven() const { return isGiven_; }

@@ -1,13 +1,16 @@
 #include "json/source_json.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "failure.h"
+#include "text/quoted.h"
 
 namespace kine_cli {
 namespace {
@@ -41,7 +44,7 @@ public:
         return before;
     }
     friend bool operator==(const CountingIterator& a, const CountingIterator& b) { return a.at_ == b.at_; }
-    friend bool operator!=(const CountingIterator& a, const CountingIterator& b) { return a.at_ != b.at_; }
+    friend bool operator!=(const CountingIterator& a, const CountingIterator& b) { return !(a == b); }
 
 private:
     const char* at_;
@@ -85,33 +88,51 @@ public:
     {
         std::vector<JsonMember>& members = open_.back()->members;
         const Position position = PositionOf(StartOfString());
-        const auto same =
-            std::find_if(members.begin(), members.end(), [&](const JsonMember& m) { return m.key == value; });
-        if (same != members.end()) {
-            FailFile(PlaceIn(file_, position) + ": \"" + value +
-                     "\" is given twice in one object; first in line " + std::to_string(same->position.line));
+        const auto [first, isNew] = keys_.back().try_emplace(value, position.line);
+        if (!isNew) {
+            FailFile(PlaceIn(file_, position) + ": " + Quoted(value) +
+                     " is given twice in one object; first in line " + std::to_string(first->second));
         }
         members.push_back({std::move(value), position, {}});
         return true;
     }
     bool parse_error(std::size_t, const std::string&, const json::exception& error)
     {
-        // "[json.exception.parse_error.101] parse error at line 1, column 2: what is wrong", the middle for some only
-        std::string what = error.what();
-        for (const std::string_view before : {"] ", ": "}) {
-            if (const std::size_t at = what.find(before);
-                at != std::string::npos && (what[0] == '[' || what[0] == 'p')) {
-                what.erase(0, at + before.size());
-            }
-        }
-        const std::size_t last =
-            taken_ > text_.data() ? static_cast<std::size_t>(taken_ - text_.data()) - 1 : 0;
-        FailFile(PlaceIn(file_, PositionOf(last)) + ": not JSON: " + what);
+        // "[json.exception.out_of_range.406] number overflow parsing '1e999'"
+        if (error.id == 406) Fail(StartOfNumber(), "a number too large");
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error while parsing value - invalid
+        // literal; last read: '{a'"; what stands behind the last read is up to the file.
+        std::string_view what = error.what();
+        if (const std::size_t at = what.find(" - "); at != std::string_view::npos) what.remove_prefix(at + 3);
+        what = what.substr(0, what.find("; last read: "));
+        const std::size_t last = Taken() > 0 ? Taken() - 1 : 0;
+        const std::size_t start = what.starts_with("unexpected string")   ? StartOfString()
+                                  : what.starts_with("unexpected number") ? StartOfNumber()
+                                                                          : StartOfWord(last);
+        Fail(start, "not JSON: " + std::string(what) + HintFor(what));
     }
+
+    [[noreturn]] void FailAtNul(std::size_t offset) { Fail(offset, "not JSON: a byte of value 0"); }
 
     JsonValue root;
 
 private:
+    [[noreturn]] void Fail(std::size_t offset, const std::string& text)
+    {
+        FailFile(PlaceIn(file_, PositionOf(offset)) + ": " + text);
+    }
+
+    // The slips that people make when they edit by hand.
+    static std::string HintFor(std::string_view what)
+    {
+        if (what.ends_with("expected '}'") || what.ends_with("expected ']'")) return ", or a comma before it";
+        if (what == "unexpected '}'; expected string literal" ||
+            what == "unexpected ']'; expected '[', '{', or a literal") {
+            return "; is there a comma too many?";
+        }
+        return "";
+    }
+
     std::size_t Taken() const { return static_cast<std::size_t>(taken_ - text_.data()); }
 
     // The parser has just taken the closing quote. A quote inside stands behind an odd number of backslashes.
@@ -126,13 +147,27 @@ private:
         }
     }
 
-    bool AddNumber(double value)
+    // A number ends where something else begins, so that the parser has taken one more unless the text ends.
+    std::size_t StartOfNumber() const
     {
-        // A number ends where something else begins, so that the parser has taken one more unless the text ends.
         std::size_t end = Taken();
         if (!IsPartOfNumber(text_[end - 1])) --end;
         while (end > 0 && IsPartOfNumber(text_[end - 1])) --end;
-        Add(JsonValue::Kind::kNumber, end).number = value;
+        return end;
+    }
+
+    std::size_t StartOfWord(std::size_t at) const
+    {
+        const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+        const auto isOne = [&](char c) { return isLetter(c) || IsPartOfNumber(c); };
+        if (at >= text_.size() || !isOne(text_[at])) return at;
+        while (at > 0 && isOne(text_[at - 1])) --at;
+        return at;
+    }
+
+    bool AddNumber(double value)
+    {
+        Add(JsonValue::Kind::kNumber, StartOfNumber()).number = value;
         return true;
     }
 
@@ -153,31 +188,26 @@ private:
 
     bool Open(JsonValue::Kind kind)
     {
-        if (open_.size() == kDeepestNesting)
-            FailFile(PlaceIn(file_, PositionOf(Taken() - 1)) + ": nested too deeply");
+        if (open_.size() == kDeepestNesting) Fail(Taken() - 1, "nested too deeply");
         open_.push_back(&Add(kind, Taken() - 1));
+        keys_.emplace_back();
         return true;
     }
     bool Close()
     {
         open_.pop_back();
+        keys_.pop_back();
         return true;
     }
 
-    // Offsets come in rising order but for the jump back to the start of a token, so counting goes on from the last.
+    // Offsets come in rising order, so counting goes on from the last.
     Position PositionOf(std::size_t offset)
     {
-        if (offset < counted_) {
-            counted_ = lineStart_ > offset ? 0 : lineStart_;
-            if (counted_ == 0) lineStart_ = 0, at_.line = 1;
-            at_.column = 1;
-        }
         for (; counted_ < offset && counted_ < text_.size(); ++counted_) {
             const auto byte = static_cast<unsigned char>(text_[counted_]);
             if (byte == '\n') {
                 ++at_.line;
                 at_.column = 1;
-                lineStart_ = counted_ + 1;
             } else if ((byte & 0xC0U) != 0x80U) {
                 ++at_.column;
             }
@@ -189,8 +219,8 @@ private:
     std::string_view file_;
     const char* const& taken_;
     std::vector<JsonValue*> open_;
+    std::vector<std::unordered_map<std::string, std::size_t>> keys_;  // of each open value, with their lines
     std::size_t counted_ = 0;
-    std::size_t lineStart_ = 0;
     Position at_{1, 1};
 };
 
@@ -216,8 +246,12 @@ std::string PlaceIn(std::string_view file, Position position)
 
 JsonValue ParseJson(std::string_view text, std::string_view file)
 {
+    // The mark that some editors put in front of UTF-8 has no column.
+    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
     const char* taken = text.data();
     TreeBuilder builder(text, file, taken);
+    // The parser takes one for the end of the text, whatever stands behind it.
+    if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos) builder.FailAtNul(nul);
     json::sax_parse(CountingIterator(text.data(), taken), CountingIterator(text.data() + text.size(), taken),
                     &builder);
     return std::move(builder.root);

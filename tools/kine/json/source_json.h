@@ -8,7 +8,7 @@
 
 namespace kine_cli {
 
-// Counted from 1; columns in characters.
+// Counted from 1; columns in characters, a tab is one.
 struct Position
 {
     std::size_t line = 0;

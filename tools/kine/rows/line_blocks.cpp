@@ -18,6 +18,12 @@ namespace {
 constexpr std::size_t kBlockSize = std::size_t{1} << 16U;
 constexpr std::size_t kLongestLine = 1'000'000;
 
+// The mark that some programs put in front of UTF-8.
+void RemoveMark(std::string& text)
+{
+    if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+}
+
 }  // namespace
 
 LineBlocks::LineBlocks(const std::string& file)
@@ -57,18 +63,21 @@ bool LineBlocks::Next(LineBlock& block)
         block.text.resize(had + static_cast<std::size_t>(count));
         if (count == 0) {
             nextLine_ += 1;
+            if (block.firstLine == 1) RemoveMark(block.text);
             return !block.text.empty();
         }
-        const std::size_t end = block.text.rfind('\n');
-        if (end != std::string::npos) {
-            rest_.assign(block.text, end + 1);
-            block.text.resize(end + 1);
-            nextLine_ += static_cast<std::uint64_t>(std::count(block.text.begin(), block.text.end(), '\n'));
-            return true;
-        }
-        if (block.text.size() > kLongestLine) {
+        // What was there before has no end of a line.
+        const std::size_t firstEnd = block.text.find('\n', had);
+        if (std::min(firstEnd, block.text.size()) > kLongestLine) {
             FailFile(source_ + ":" + std::to_string(nextLine_) + ": a line of more than a million bytes");
         }
+        if (firstEnd == std::string::npos) continue;
+        const std::size_t end = block.text.rfind('\n') + 1;
+        rest_.assign(block.text, end);
+        block.text.resize(end);
+        nextLine_ += static_cast<std::uint64_t>(std::count(block.text.begin(), block.text.end(), '\n'));
+        if (block.firstLine == 1) RemoveMark(block.text);
+        return true;
     }
 }
 

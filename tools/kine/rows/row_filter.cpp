@@ -13,7 +13,7 @@ void Answers::Refuse(const Target& target, KineResult code, const std::string& l
     row.EndRefused(code, lines);
     if (row.OutputFormat() == Format::kJson) return;
     diagnostics += "kine: target ";
-    diagnostics += target.name;
+    AppendPlain(diagnostics, target.name);
     (((diagnostics += ": ") += HexCode(code)) += ' ') += NameOf(code);
     diagnostics += lines.empty() ? "\n" : ": " + lines;
 }

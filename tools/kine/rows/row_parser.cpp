@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <optional>
 #include <utility>
 
 #include "failure.h"
 #include "text/numbers.h"
+#include "text/quoted.h"
 
 namespace kine_cli {
 namespace {
@@ -28,6 +28,7 @@ void Split(std::string_view line, std::vector<std::string_view>& fields)
     fields.clear();
     std::size_t start = 0;
     for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"' && i == start) i = std::min(line.find('"', i + 1), line.size() - 1);
         if (!IsSeparator(line[i])) continue;
         fields.push_back(line.substr(start, i - start));
         start = i + 1;
@@ -54,17 +55,6 @@ std::optional<std::size_t> NumberedColumn(std::string_view name, std::string_vie
     const char digit = name[prefix.size()];
     if (digit < '1' || digit > '9') return std::nullopt;
     return static_cast<std::size_t>(digit - '1');
-}
-
-// A code as the rows of this program have it.
-std::optional<KineResult> ParseCode(std::string_view text)
-{
-    text = Unquoted(text);
-    if (!text.starts_with("0x")) return std::nullopt;
-    KineResult code = 0;
-    const auto [rest, error] = std::from_chars(text.data() + 2, text.data() + text.size(), code, 16);
-    if (error != std::errc() || rest != text.data() + text.size()) return std::nullopt;
-    return code;
 }
 
 }  // namespace
@@ -104,7 +94,7 @@ void RowParser::TakeName(std::string_view name, std::uint64_t number)
     const auto add = [&](std::size_t slot) {
         if (slot < kNowhere && std::find(slots_.begin(), slots_.end(), slot) != slots_.end()) {
             names_.clear();
-            Fail(number, 0, "column \"" + std::string(name) + "\" is given twice");
+            Fail(number, 0, "column " + Quoted(name) + " is given twice");
         }
         slots_.push_back(static_cast<std::uint8_t>(slot));
         names_.emplace_back(name);
@@ -133,7 +123,7 @@ void RowParser::TakeName(std::string_view name, std::uint64_t number)
     if (shape_ != Shape::kJoints) known += ", x_mm, y_mm, z_mm, a_deg, b_deg, c_deg, cfg1 to cfg4";
     if (widths_.externalAxes > 0) known += ", e1 to e" + std::to_string(widths_.externalAxes);
     names_.clear();
-    Fail(number, 0, "unknown column \"" + std::string(name) + "\"; known are " + known);
+    Fail(number, 0, "unknown column " + Quoted(name) + "; known are " + known);
 }
 
 bool RowParser::TakeHeader(std::string_view line, std::uint64_t number)
@@ -143,6 +133,8 @@ bool RowParser::TakeHeader(std::string_view line, std::uint64_t number)
     const bool isName =
         !first.empty() && first.find_first_not_of("+-.0123456789") == 0 && !ParseNumber(first);
     if (!isName) return false;
+    if (first.front() == '{')
+        Fail(number, 0, "is JSON; rows are comma-separated values, as --csv writes them");
     for (const std::string_view field : fields_) TakeName(Unquoted(field), number);
     const auto has = [&](std::size_t slot) {
         return std::find(slots_.begin(), slots_.end(), slot) != slots_.end();
@@ -211,14 +203,14 @@ void RowParser::Store(std::size_t field, std::string_view text, std::uint64_t nu
 {
     const std::uint8_t slot = slots_[field];
     if (slot >= kResult) return;
-    const std::optional<double> value = ParseNumber(text);
-    if (!value) Fail(number, field, "\"" + std::string(Trim(text).substr(0, 40)) + "\" is not a number");
+    std::optional<double> value = ParseNumber(text);
+    if (!value) value = ParseNumber(Unquoted(text));
+    if (!value) Fail(number, field, Quoted(Trim(text)) + " is not a number");
     if (slot >= kConfig) {
         const std::array<std::int32_t*, kConfigFields> config = {&target.pose.Cfg1, &target.pose.Cfg2,
                                                                  &target.pose.Cfg3, &target.pose.Cfg4};
-        if (!(std::fabs(*value) < 2147483648.0) || *value != std::floor(*value)) {
-            Fail(number, field,
-                 "\"" + std::string(Trim(text).substr(0, 40)) + "\" is not a whole number of 32 bits");
+        if (*value < -2147483648.0 || *value > 2147483647.0 || *value != std::floor(*value)) {
+            Fail(number, field, Quoted(Trim(text)) + " is not a whole number of 32 bits");
         }
         *config[slot - kConfig] = static_cast<std::int32_t>(*value);
     } else if (slot >= kFrame) {
@@ -249,11 +241,8 @@ void RowParser::Parse(std::string_view line, std::uint64_t number, Target& targe
     for (std::size_t i = 0; i < fields_.size(); ++i) {
         if (slots_[i] == kName) target.name = Unquoted(fields_[i]);
         if (slots_[i] == kResult) {
-            const std::optional<KineResult> code = ParseCode(fields_[i]);
-            if (!code)
-                Fail(number, i,
-                     "\"" + std::string(Trim(fields_[i]).substr(0, 40)) +
-                         "\" is no result code such as 0x0000");
+            const std::optional<KineResult> code = ParseHexCode(Unquoted(fields_[i]));
+            if (!code) Fail(number, i, Quoted(Trim(fields_[i])) + " is no result code such as 0x0000");
             target.refusedBefore = *code;
         }
     }

@@ -1,5 +1,6 @@
-// Rows of comma-separated values to targets. Semicolons and tabs part values too. Blank lines and lines that start
-// with # are left out. A first line of names is the header and gives the order of the columns; without one joints are
+// Rows of comma-separated values to targets. Semicolons and tabs part values too, but not in quotes. Blank lines and
+// lines that start with # are left out. A first line of names is the header and gives the order of the columns; without
+// one joints are
 //   q1_deg .. qN_deg [e1 ..]
 // and poses
 //   x_mm y_mm z_mm a_deg b_deg c_deg [cfg1 cfg2 cfg3 cfg4 [e1 ..]]

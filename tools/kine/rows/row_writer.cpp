@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include "library/codes.h"
 #include "library/printed_lines.h"
 #include "text/numbers.h"
+#include "text/quoted.h"
 
 namespace kine_cli {
 namespace {
@@ -20,68 +22,33 @@ constexpr int kConfigWidth = 5;
 void AppendPadded(std::string& out, std::string_view text, int width)
 {
     const auto room = static_cast<std::size_t>(std::abs(width));
+    std::string plain;
+    AppendPlain(plain, text);
     const std::size_t characters = static_cast<std::size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+        plain.begin(), plain.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
     const std::size_t blanks = characters < room ? room - characters : 0;
     if (width > 0) out.append(blanks, ' ');
-    out += text;
+    out += plain;
     if (width < 0) out.append(blanks, ' ');
 }
 
-// A text in a row of comma-separated values: what would end it early is left out.
+// What would end a text in a row of comma-separated values early is left out.
+bool StaysInCsv(char c) { return c != ',' && c != ';' && c != '"' && static_cast<unsigned char>(c) >= ' '; }
+
 void AppendCsvText(std::string& out, std::string_view text)
 {
-    for (const char c : text) {
-        if (c != ',' && c != ';' && c != '"' && static_cast<unsigned char>(c) >= ' ') out += c;
-    }
+    std::copy_if(text.begin(), text.end(), std::back_inserter(out), StaysInCsv);
 }
 
-// Length of the UTF-8 character at the start, 0 when there is none.
-std::size_t Utf8Length(std::string_view text)
+// The first text of a row. With # in front the row would be read as a comment.
+void AppendCsvName(std::string& out, std::string_view name)
 {
-    const auto byte = [&](std::size_t i) {
-        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-    };
-    const unsigned first = byte(0);
-    const std::size_t length = first < 0x80U                     ? 1
-                               : first >= 0xC2U && first < 0xE0U ? 2
-                               : first >= 0xE0U && first < 0xF0U ? 3
-                               : first >= 0xF0U && first < 0xF5U ? 4
-                                                                 : 0;
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80U) return 0;
-    }
-    const bool overlong = (first == 0xE0U && byte(1) < 0xA0U) || (first == 0xF0U && byte(1) < 0x90U);
-    const bool surrogate = first == 0xEDU && byte(1) >= 0xA0U;
-    const bool tooLarge = first == 0xF4U && byte(1) >= 0x90U;
-    return overlong || surrogate || tooLarge ? 0 : length;
+    while (!name.empty() && (!StaysInCsv(name.front()) || name.front() == '#' || name.front() == ' '))
+        name.remove_prefix(1);
+    AppendCsvText(out, name);
 }
 
 }  // namespace
-
-void AppendJsonText(std::string& out, std::string_view text)
-{
-    constexpr std::string_view kHex = "0123456789abcdef";
-    out += '"';
-    while (!text.empty()) {
-        const char c = text.front();
-        const std::size_t length = Utf8Length(text);
-        if (c == '"' || c == '\\') {
-            (out += '\\') += c;
-        } else if (c == '\n') {
-            out += "\\n";
-        } else if (static_cast<unsigned char>(c) < 0x20U) {
-            const auto byte = static_cast<unsigned char>(c);
-            ((out += "\\u00") += kHex[byte / 16]) += kHex[byte % 16];
-        } else if (length == 0) {
-            out += '?';
-        } else {
-            out += text.substr(0, length);
-        }
-        text.remove_prefix(std::max<std::size_t>(length, 1));
-    }
-    out += '"';
-}
 
 std::vector<Column> JointColumns(Widths widths)
 {
@@ -143,7 +110,7 @@ void RowWriter::Begin(std::string_view target)
     next_ = 0;
     switch (format_) {
         case Format::kTable: AppendPadded(out_, target, -kTargetWidth); break;
-        case Format::kCsv: AppendCsvText(out_, target); break;
+        case Format::kCsv: AppendCsvName(out_, target); break;
         case Format::kJson:
             out_ += "{\"target\":";
             AppendJsonText(out_, target);

@@ -9,6 +9,7 @@
 
 #include "KineDll.h"
 #include "rows/target.h"
+#include "text/quoted.h"
 
 namespace kine_cli {
 
@@ -30,9 +31,6 @@ struct Column
 std::vector<Column> JointColumns(Widths widths);
 std::vector<Column> FrameColumns();
 std::vector<Column> PoseColumns(Widths widths);
-
-// Appends text in quotes, escaped for JSON. What is not UTF-8 becomes a question mark.
-void AppendJsonText(std::string& out, std::string_view text);
 
 class RowWriter
 {

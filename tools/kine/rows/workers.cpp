@@ -1,15 +1,16 @@
 #include "rows/workers.h"
 
 #include <poll.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstddef>
 #include <cstring>
+#include <ctime>
 #include <exception>
 #include <string>
 #include <thread>
@@ -161,6 +162,31 @@ Worker Start(const std::vector<Worker>& others, const std::function<void()>& pre
     _exit(status);
 }
 
+// A worker that has ended shows in the failing write to it, not in a signal. For the calling thread alone: one that
+// writes to the standard output is still ended by the signal when nobody reads it any more.
+class NoBrokenPipeSignal
+{
+public:
+    NoBrokenPipeSignal()
+    {
+        sigemptyset(&signal_);
+        sigaddset(&signal_, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &signal_, &before_);
+    }
+    ~NoBrokenPipeSignal()
+    {
+        const timespec atOnce = {};
+        if (sigismember(&before_, SIGPIPE) == 0) sigtimedwait(&signal_, nullptr, &atOnce);
+        pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+    NoBrokenPipeSignal(const NoBrokenPipeSignal&) = delete;
+    NoBrokenPipeSignal& operator=(const NoBrokenPipeSignal&) = delete;
+
+private:
+    sigset_t signal_{};
+    sigset_t before_{};
+};
+
 // Wakes a reader that waits for input when there is no more use for it.
 class WakeUp
 {
@@ -199,7 +225,6 @@ void RunInProcesses(int jobs, LineBlocks& blocks, LineBlock first, const std::fu
                     const std::function<BlockAnswer(const LineBlock&)>& run,
                     const std::function<bool(const BlockAnswer&, std::size_t)>& take)
 {
-    std::signal(SIGPIPE, SIG_IGN);  // a worker that ends early is noticed where its answers end
     std::vector<Worker> workers;
     for (int i = 0; i < jobs; ++i) workers.push_back(Start(workers, prepare, run));
 
@@ -221,29 +246,31 @@ void RunInProcesses(int jobs, LineBlocks& blocks, LineBlock first, const std::fu
             }
             if (!isWanted) wakeUp.Call();
         }
+        // Where a worker was killed, others may wait to be read from, and this program for them.
+        for (const Worker& worker : workers) close(worker.answers);
         wakeUp.Call();
     });
+    const NoBrokenPipeSignal noSignal;
+    std::exception_ptr unreadable;
     LineBlock block = std::move(first);
     try {
         for (std::size_t n = 0; WriteBlock(workers[n % workers.size()].blocks, block); ++n) {
             if (!wakeUp.WaitForInput(blocks.Descriptor()) || !blocks.Next(block)) break;
         }
     } catch (...) {
-        for (const Worker& worker : workers) close(worker.blocks);
-        taker.join();
-        throw;
+        unreadable = std::current_exception();
     }
     for (const Worker& worker : workers) close(worker.blocks);
     taker.join();
     bool isWhole = true;
     for (const Worker& worker : workers) {
-        close(worker.answers);
         int status = 0;
         while (waitpid(worker.process, &status, 0) < 0 && errno == EINTR) {
         }
         isWhole = isWhole && status == 0;
     }
     if (thrown) std::rethrow_exception(thrown);
+    if (unreadable) std::rethrow_exception(unreadable);
     if (!isWhole) FailFile("a process of --jobs ended early");
 }
 

@@ -113,4 +113,14 @@ std::string HexCode(unsigned code)
     return "0x" + text;
 }
 
+std::optional<std::uint32_t> ParseHexCode(std::string_view text)
+{
+    if (!text.starts_with("0x")) return std::nullopt;
+    std::uint32_t code = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data() + 2, end, code, 16);
+    if (error != std::errc() || rest != end) return std::nullopt;
+    return code;
+}
+
 }  // namespace kine_cli

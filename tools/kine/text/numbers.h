@@ -1,6 +1,7 @@
 // Numbers to text and back, without the locale.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,7 +26,8 @@ void AppendRounded(std::string& text, double value);
 void AppendFixed(std::string& text, double value, int width, int decimals);
 std::string Fixed(double value, int decimals);
 
-// "0x6097"
+// "0x6097", and back. Nothing for any other text.
 std::string HexCode(unsigned code);
+std::optional<std::uint32_t> ParseHexCode(std::string_view text);
 
 }  // namespace kine_cli
