@@ -85,8 +85,8 @@ def test_the_table(kine):
     run = kine("ik", "puma.json", BENT_POSE)
     assert run.status == DONE and run.err == ""
     assert run.out == (
-        "target          q1_deg      q2_deg      q3_deg      q4_deg      q5_deg      q6_deg posture           result\n"
-        "1               0.0000      0.0000      0.0000      0.0000     90.0000      0.0000 front near plain 0x0000\n"
+        "target          q1_deg      q2_deg      q3_deg      q4_deg      q5_deg      q6_deg posture            result\n"
+        "1               0.0000      0.0000      0.0000      0.0000     90.0000      0.0000 front near plain   0x0000\n"
     )
 
 
@@ -114,7 +114,7 @@ def test_the_table_of_all(kine):
     found, _ = all_solutions(PUMA, frame, [])
     assert len(found) == 8
     expected = "target     solution" + "".join(f" {name:>11}" for name in PUMA.joint_names())
-    expected += "  cfg1  cfg2  cfg3  cfg4 posture           result\n"
+    expected += "  cfg1  cfg2  cfg3  cfg4 posture            result\n"
     for number, (posture, joints) in enumerate(found, 1):
         config = PUMA.config(joints)
         assert config[3] == posture

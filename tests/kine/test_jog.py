@@ -57,7 +57,7 @@ def test_the_table_of_joint_steps_by_hand(kine, six):
     run = kine("jog", six[1], text_of(START), "--move", "+j1,-j6", "--step", "15")
     assert run.status == DONE and run.err == ""
     assert run.out == (
-        "target          q1_deg      q2_deg      q3_deg      q4_deg      q5_deg      q6_deg posture           result\n"
+        "target          q1_deg      q2_deg      q3_deg      q4_deg      q5_deg      q6_deg posture            result\n"
         + table_row("1", 35.0, -5.0, -30.0, 30.0, 40.0, 35.0, ("front near plain", -17)))
 
 
@@ -66,7 +66,7 @@ def test_the_table_of_repeated_steps_by_hand(kine, six):
     rows = [table_row("1", (step, 5), *START[:4], 40.0 - 30 * step, 50.0,
                       (f"front near {'plain' if step < 2 else 'flipped'}", -17)) for step in (1, 2, 3)]
     assert run.out == ("target      step      q1_deg      q2_deg      q3_deg      q4_deg      q5_deg      q6_deg "
-                       "posture           result\n" + "".join(rows))
+                       "posture            result\n" + "".join(rows))
 
 
 def test_the_json_and_the_csv_answer(kine, six):

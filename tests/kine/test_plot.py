@@ -370,7 +370,7 @@ def test_a_far_work_object_is_named_but_not_drawn(kine, tmp_path):
 def test_every_posture_is_drawn_with_its_words_and_joints(kine, tmp_path):
     cell = {**RIGID, "limits": {"lower_deg": [-360] * 6, "upper_deg": [360] * 6}, "use": {}}
     root = picture(kine, tmp_path, cell, "postures", "20,-5,-30,30,40,50", "--joints")
-    words = [f"{a} {b} {c}" for a in ("front", "back") for b in ("near", "far") for c in ("noflip", "flip")]
+    words = [f"{a} {b} {c}" for a in ("front", "back") for b in ("near", "far") for c in ("plain", "flipped")]
     model = Model({**cell, "limits": None})
     target = matrix_to_pose(model.flange(model.joints([20, -5, -30, 30, 40, 50])))
     for i, q in enumerate(model.solutions(target, model.bare, load_of({}))):
