@@ -50,11 +50,16 @@ Reference ReferenceNamed(const std::string& word)
     return word == "vision" ? Reference::kVision : Reference::kWorkObject;
 }
 
+Widths WidthsOf(const Cell& cell)
+{
+    return {cell.AxisCount(), std::min(cell.externalAxes.size(), kExternalAxes)};
+}
+
 ReadyCell::ReadyCell(const CellOptions& options, PrintedLines& printed) : cell(ReadCell(options.file))
 {
     RequireSetUp(cell, printed);
     records = RecordsOf(cell, options.selection);
-    widths = {cell.AxisCount(), std::min(cell.externalAxes.size(), kExternalAxes)};
+    widths = WidthsOf(cell);
 }
 
 ReadyCell::ReadyCell(Cell sent, const Selection& selection)

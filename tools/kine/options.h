@@ -54,6 +54,9 @@ struct TargetOptions
 void AddReferenceOption(CLI::App& command, std::string& word);
 Reference ReferenceNamed(const std::string& word);
 
+// How many values the targets of a cell have.
+Widths WidthsOf(const Cell& cell);
+
 // The cell, sent to the library.
 struct ReadyCell
 {
