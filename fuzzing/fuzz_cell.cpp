@@ -1,5 +1,5 @@
-// The reader of cell files on any bytes: it gives a cell, or a message with file, line and column. A cell goes to the
-// library as the program sends it, and a few calls are made with it.
+// The reader of cell files on any bytes: it gives a cell, or a message with file, line and column. A cell
+// goes to the library as the program sends it, and a few calls are made with it.
 #include <cstddef>
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
-// Rows of any bytes: each is a target of finite numbers, or the run ends with a message with file and line. A target
-// that is written as comma-separated values reads back to the same bits, and one written as JSON is JSON.
-// The first byte of an input says what is asked for, the others are the file.
+// Rows of any bytes: each is a target of finite numbers, or the run ends with a message with file and line. A
+// target that is written as comma-separated values reads back to the same bits, and one written as JSON is
+// JSON. The first byte of an input says what is asked for, the others are the file.
 #include <cmath>
 #include <cstddef>
 #include <cstdint>

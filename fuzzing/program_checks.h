@@ -17,8 +17,8 @@ inline void Require(bool holds, const char* what, std::string_view text)
     std::abort();
 }
 
-// A bad file, each line with the file and a place (only "FILE: and 3 more" has none), and nothing in it that moves a
-// cursor.
+// A bad file, each line with the file and a place (only "FILE: and 3 more" has none), and nothing in it that
+// moves a cursor.
 inline void CheckMessage(const Failure& failure, std::string_view file)
 {
     std::string_view text = failure.what();

@@ -1,4 +1,5 @@
-// The command line as data, and bash at work on a program with commands inside commands, which it may grow any day.
+// The command line as data, and bash at work on a program with commands inside commands, which it may grow
+// any day.
 #include "help/command_tree.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 """Runs the program under test as a user would."""
 
+import functools
 import json
 import os
 import pathlib
@@ -10,6 +11,7 @@ import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 CELLS = ROOT / "tools/kine/cells"
+OPEN_CELLS = ROOT / "tests/kine/cells"  # the Puma without limits: every posture and turn counts
 DONE, REFUSED, USAGE, BAD_FILE = range(4)
 
 Run = namedtuple("Run", "status out err")
@@ -25,6 +27,11 @@ def run_kine(*arguments, stdin="", directory=CELLS, timeout=60):
 @pytest.fixture
 def kine():
     return run_kine
+
+
+@pytest.fixture
+def open_kine():
+    return functools.partial(run_kine, directory=OPEN_CELLS)
 
 
 def json_rows(run):

@@ -77,8 +77,8 @@ class ModelCell:
         self.arm_type = arm["type"]
         self.axes = 6 if self.arm_type == 6 else 4
         self.externals = len(cell.get("external_axes", []))
-        self.library = Library()
-        assert self.library.call("Kine_InitKinematicParam", self.arm_type, arm_record(arm)).code == 0
+        self.naive = Library()
+        assert self.naive.call("Kine_InitKinematicParam", self.arm_type, arm_record(arm)).code == 0
         self.set_limits(cell.get("limits"))
         self.set_units(cell)
         tool = cell.get("tools", {}).get("t", {})
@@ -97,13 +97,13 @@ class ModelCell:
                        for low, high in zip(limits["lower_deg"], limits["upper_deg"])]
         rest = [OPEN] * (14 - self.axes)
         upper, lower = [*map(float, limits["upper_deg"]), *rest], [*map(float, limits["lower_deg"]), *rest]
-        assert self.library.call("Kine_SetAxisLimit", JOINT.pack(*upper), JOINT.pack(*lower)).code == 0
+        assert self.naive.call("Kine_SetAxisLimit", JOINT.pack(*upper), JOINT.pack(*lower)).code == 0
 
     def set_units(self, cell):
         units = cell.get("mechanical_units", [])
         if not units:
             return
-        assert self.library.call("Kine_SetMechUnitGlobalCfg", len(units), self.externals, 1).code == 0
+        assert self.naive.call("Kine_SetMechUnitGlobalCfg", len(units), self.externals, 1).code == 0
         for i, unit in enumerate(units):
             frames, drives = [[0.0] * 6 for _ in range(6)], [0] * 6
             for k, axis in enumerate(unit["axes"]):
@@ -111,7 +111,7 @@ class ModelCell:
             carries = i == 0 and "robot_on_unit" in cell
             data = MECH_UNIT.pack(1, CELL_KINDS[unit["kind"]], int(carries), cell["robot_on_unit"] if carries else 0,
                                   len(unit["axes"]), *[v for frame in frames for v in frame], *drives)
-            assert self.library.call("Kine_SetMechUnitParam", i, data).code == 0
+            assert self.naive.call("Kine_SetMechUnitParam", i, data).code == 0
 
     def write(self, directory):
         path = directory / "cell.json"
@@ -129,27 +129,27 @@ class ModelCell:
 
     def pose(self, joints, call="Kine_JointToWobjPos"):
         """Frame, integers and external axes."""
-        answer = self.library.call(call, self.record(joints), self.tool, self.wobj, self.load, True)
+        answer = self.naive.call(call, self.record(joints), self.tool, self.wobj, self.load, True)
         assert answer.code == 0, answer
         values = POSE.unpack(answer.output)
         return list(values[:6]), list(values[6:10]), list(values[10:10 + self.externals])
 
     def config(self, joints):
-        return list(ARM_CONFIG.unpack(self.library.call("Kine_GetArmType", self.record(joints), True).output))
+        return list(ARM_CONFIG.unpack(self.naive.call("Kine_GetArmType", self.record(joints), True).output))
 
     def inverse(self, frame, config, externals=()):
         """The code, and the joints or None."""
         target = POSE.pack(*frame, *config, *externals, *[0.0] * (6 - len(externals)))
-        answer = self.library.call("Kine_WobjPosToJoint", target, self.tool, self.wobj, self.load, True)
+        answer = self.naive.call("Kine_WobjPosToJoint", target, self.tool, self.wobj, self.load, True)
         return answer.code, None if answer.code else self.joints(answer.output)
 
     def jog(self, slots, mode, steps, joints):
-        answer = self.library.call("Kine_InchMovePosCalc", DIRECTIONS.pack(*slots, *[0] * (14 - len(slots))), mode,
+        answer = self.naive.call("Kine_InchMovePosCalc", DIRECTIONS.pack(*slots, *[0] * (14 - len(slots))), mode,
                                    self.tool, self.wobj, self.load, VECTOR.pack(*steps), self.record(joints), True)
         return answer.code, None if answer.code else self.joints(answer.output)
 
     def align(self, mode, joints):
-        answer = self.library.call("Kine_CalcAlignPos", mode, self.record(joints), self.tool, self.wobj, self.load,
+        answer = self.naive.call("Kine_CalcAlignPos", mode, self.record(joints), self.tool, self.wobj, self.load,
                                    True)
         return answer.code, None if answer.code else self.joints(answer.output)
 

@@ -53,6 +53,8 @@ def unit_record(unit, option1, option2):
     for axis in unit["axes"]:
         frames += frame_of(axis.get("frame", {}))
         drives.append(axis["external_axis"])
+    if "carried_frame" in unit:
+        frames += frame_of(unit["carried_frame"])
     return MECH_UNIT.pack(1, KINDS[unit["kind"]], option1, option2, len(unit["axes"]), *filled(frames, 36),
                           *[int(v) for v in filled(drives, 6)])
 

@@ -44,6 +44,17 @@ void ExpectAxes(const Target& target, std::initializer_list<double> axes)
     for (const double axis : axes) EXPECT_EQ(target.joints.Axis[i++], axis);
 }
 
+TEST(RowParser, an_empty_configuration_is_an_open_one)
+{
+    const std::string header = kPoseHeader + ",cfg1,cfg2,cfg3,cfg4";
+    EXPECT_TRUE(Parse(Shape::kPoses, kPlain, header, "1,2,3,4,5,6,0,0,0,0").hasConfig);
+    const Target open = Parse(Shape::kPoses, kPlain, header, "1,2,3,4,5,6,, ,,");
+    EXPECT_FALSE(open.hasConfig);
+    EXPECT_EQ(open.pose.Frame.C, 6.0);
+    EXPECT_EQ(Says(Shape::kPoses, kPlain, header, "1,2,3,4,5,6,0,0,,0"),
+              "f.csv:2: column 9 (cfg3): cfg1 to cfg4 come together or not at all");
+}
+
 TEST(RowParser, joints_come_in_the_usual_order)
 {
     const Target target = Parse(Shape::kJoints, kWithExternal, "", "1,-2,+3,4e0, 5 ,6.5,70,80");

@@ -123,11 +123,26 @@ TEST(RowWriter, what_is_written_as_CSV_reads_back_to_10_decimals)
         Target target;
         parser.Parse(std::string_view(writer.Written()).substr(0, writer.Written().size() - 1), 2, target);
         EXPECT_EQ(target.name, "p");
-        EXPECT_NEAR(target.pose.Frame.X, pose.Frame.X, 0.5001e-10);
-        EXPECT_NEAR(target.pose.Frame.C, pose.Frame.C, 0.5001e-10);
+        EXPECT_NEAR(target.pose.Frame.X, pose.Frame.X, 0.52e-10);
+        EXPECT_NEAR(target.pose.Frame.C, pose.Frame.C, 0.52e-10);
         EXPECT_EQ(target.pose.Cfg1, pose.Cfg1);
         EXPECT_EQ(target.pose.Cfg4, pose.Cfg4);
-        EXPECT_NEAR(target.pose.ExtAxis[1], pose.ExtAxis[1], 0.5001e-10);
+        EXPECT_NEAR(target.pose.ExtAxis[1], pose.ExtAxis[1], 0.52e-10);
+    }
+}
+
+TEST(RowWriter, an_open_configuration_has_no_integers)
+{
+    for (const auto& [format, row] :
+         {std::pair(Format::kCsv, "p,1,2,3,4,5,6,,,,,0x0000\n"),
+          {Format::kJson,
+           "{\"target\":\"p\",\"x_mm\":1,\"y_mm\":2,\"z_mm\":3,\"a_deg\":4,\"b_deg\":5,\"c_deg\":6,"
+           "\"cfg1\":null,\"cfg2\":null,\"cfg3\":null,\"cfg4\":null,\"result\":\"0x0000\"}\n"}}) {
+        RowWriter writer(format, {6, 0}, PoseColumns({6, 0}));
+        writer.Begin("p");
+        writer.Pose({{1.0, 2.0, 3.0, 4.0, 5.0, 6.0}, 0, 0, 0, 0, {}}, false);
+        writer.End();
+        EXPECT_EQ(writer.Written(), row);
     }
 }
 

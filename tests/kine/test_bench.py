@@ -19,9 +19,9 @@ def write(directory, cell):
     return path
 
 
-def test_the_report_counts_and_orders(kine):
+def test_the_report_counts_and_orders(open_kine):
     start = time.monotonic()
-    run = kine("bench", "puma.json", "--seconds", "0.4", "--seed", "3", "--json")
+    run = open_kine("bench", "puma.json", "--seconds", "0.4", "--seed", "3", "--json")
     spent = time.monotonic() - start
     assert run.status == DONE and run.err == ""
     report = json.loads(run.out)
@@ -48,8 +48,8 @@ def test_the_report_counts_and_orders(kine):
     assert rates["Kine_GetArmType"] > rates["Kine_WobjPosToJoint"]
 
 
-def test_the_table_has_a_row_for_each_call(kine):
-    run = kine("bench", "puma.json", "--seconds", "0.05")
+def test_the_table_has_a_row_for_each_call(open_kine):
+    run = open_kine("bench", "puma.json", "--seconds", "0.05")
     assert run.status == DONE and run.err == ""
     head, empty, columns, *rows, empty_too, foot = run.out.splitlines()
     assert head.startswith("Puma 560: 1024 targets from 1") and head.endswith(" random joint sets, seed 1")
@@ -63,31 +63,31 @@ def test_the_table_has_a_row_for_each_call(kine):
     assert foot.startswith("Latencies in microseconds, of single calls; each holds one look at the clock, 0.")
 
 
-def test_the_seed_chooses_the_targets(kine):
+def test_the_seed_chooses_the_targets(open_kine):
     def tried(seed):
-        run = kine("bench", "puma.json", "--seconds", "0.01", "--seed", seed, "--json")
+        run = open_kine("bench", "puma.json", "--seconds", "0.01", "--seed", seed, "--json")
         return json.loads(run.out)["joint_sets_tried"]
     assert tried(1) == tried(1)
     assert len({tried(seed) for seed in range(1, 6)}) > 1
 
 
-def test_limits_bound_the_joints(kine, tmp_path):
+def test_limits_bound_the_joints(open_kine, tmp_path):
     """With a wrist that stays at 90 degrees and an arm between bent and upright nothing is singular."""
     puma = {"name": "narrow", "arm": {"type": 6, "a1_mm": 150, "a2_mm": 600, "a3_mm": 0, "d1_mm": 450, "d4_mm": 640,
                                       "d6_mm": 100},
             "limits": {"lower_deg": [-180, -30, -30, -180, 60, -180], "upper_deg": [180, 30, 30, 180, 120, 180]}}
-    report = json.loads(kine("bench", write(tmp_path, puma), "--seconds", "0.01", "--json").out)
+    report = json.loads(open_kine("bench", write(tmp_path, puma), "--seconds", "0.01", "--json").out)
     assert report["joint_sets_singular"] == 0 and report["joint_sets_tried"] == 1024
 
 
-def test_a_four_axis_arm_is_measured_too(kine, tmp_path):
-    report = json.loads(kine("bench", write(tmp_path, TYPE_4), "--seconds", "0.05", "--json").out)
+def test_a_four_axis_arm_is_measured_too(open_kine, tmp_path):
+    report = json.loads(open_kine("bench", write(tmp_path, TYPE_4), "--seconds", "0.05", "--json").out)
     assert report["targets"] == 1024 and len(report["calls"]) == 4
 
 
-def test_a_cell_without_any_answer_is_refused(kine, tmp_path):
+def test_a_cell_without_any_answer_is_refused(open_kine, tmp_path):
     cell = {**TYPE_4, "tools": {"post": {"held_by_robot": False}}}
-    run = kine("bench", write(tmp_path, cell), "--tool", "post", "--seconds", "0.01")
+    run = open_kine("bench", write(tmp_path, cell), "--tool", "post", "--seconds", "0.01")
     assert run.status == REFUSED and run.out == ""
     first, second = run.err.splitlines()
     assert ": none of 102400 random joint sets is a target to measure with; singular: " in first
@@ -105,11 +105,11 @@ def test_a_cell_without_any_answer_is_refused(kine, tmp_path):
     (("puma.json", "--tool", "torch"), "puma.json has no tool \"torch\"; it has: none\n"),
     ((), "CELL is required\n"),
 ])
-def test_what_makes_no_sense_is_told(kine, arguments, message):
-    run = kine("bench", *arguments)
+def test_what_makes_no_sense_is_told(open_kine, arguments, message):
+    run = open_kine("bench", *arguments)
     assert run.status == USAGE and run.out == "" and message in run.err
 
 
-def test_a_missing_cell_is_a_bad_file(kine):
-    run = kine("bench", "nowhere.json")
+def test_a_missing_cell_is_a_bad_file(open_kine):
+    run = open_kine("bench", "nowhere.json")
     assert run.status == BAD_FILE and run.err == "nowhere.json: No such file or directory\n"

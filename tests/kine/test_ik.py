@@ -81,8 +81,8 @@ def test_the_pose_of_the_bent_hand_is_right():
     assert config == [0, 0, 0, 0]
 
 
-def test_the_table(kine):
-    run = kine("ik", "puma.json", BENT_POSE)
+def test_the_table(open_kine):
+    run = open_kine("ik", "puma.json", BENT_POSE)
     assert run.status == DONE and run.err == ""
     assert run.out == (
         "target          q1_deg      q2_deg      q3_deg      q4_deg      q5_deg      q6_deg posture            result\n"
@@ -90,8 +90,8 @@ def test_the_table(kine):
     )
 
 
-def test_the_json_answer(kine):
-    run = kine("ik", "puma.json", BENT_POSE, "--json")
+def test_the_json_answer(open_kine):
+    run = open_kine("ik", "puma.json", BENT_POSE, "--json")
     (row,) = json_rows(run)
     assert list(row) == ["target", *PUMA.joint_names(), "posture", "result"]
     assert close(row_joints(PUMA, row), BENT, 1e-9)
@@ -99,8 +99,8 @@ def test_the_json_answer(kine):
     assert run.out.count("\n") == 1
 
 
-def test_the_csv_answer(kine):
-    run = kine("ik", "puma.json", "--csv", stdin=f"target,x_mm,y_mm,z_mm,a_deg,b_deg,c_deg,cfg1,cfg2,cfg3,cfg4\n"
+def test_the_csv_answer(open_kine):
+    run = open_kine("ik", "puma.json", "--csv", stdin=f"target,x_mm,y_mm,z_mm,a_deg,b_deg,c_deg,cfg1,cfg2,cfg3,cfg4\n"
                                                  f"bent,{BENT_POSE}\n")
     header, row = run.out.splitlines()
     assert header == "target,q1_deg,q2_deg,q3_deg,q4_deg,q5_deg,q6_deg,posture,result"
@@ -109,7 +109,7 @@ def test_the_csv_answer(kine):
     assert close([float(v) for v in joints], BENT, 1e-9)
 
 
-def test_the_table_of_all(kine):
+def test_the_table_of_all(open_kine):
     frame, _, _ = PUMA.pose([10.0, 20.0, 30.0, 40.0, 50.0, 60.0])
     found, _ = all_solutions(PUMA, frame, [])
     assert len(found) == 8
@@ -118,13 +118,13 @@ def test_the_table_of_all(kine):
     for number, (posture, joints) in enumerate(found, 1):
         config = PUMA.config(joints)
         assert config[3] == posture
-        expected += table_row("1", (number, 8), *joints, *[(v, 5) for v in config], (PUMA.words(config), -17))
-    run = kine("ik", "puma.json", text_of(frame), "--all")
+        expected += table_row("1", (number, 8), *joints, *[(v, 5) for v in config], (PUMA.words(config), -18))
+    run = open_kine("ik", "puma.json", text_of(frame), "--all")
     assert run.out == expected and run.err == "" and run.status == DONE
-    header, *lines = kine("ik", "puma.json", text_of(frame), "--all", "--csv").out.splitlines()
+    header, *lines = open_kine("ik", "puma.json", text_of(frame), "--all", "--csv").out.splitlines()
     names = ["target", "solution", *PUMA.joint_names(), "cfg1", "cfg2", "cfg3", "cfg4", "posture", "result"]
     assert header == ",".join(names) and len(lines) == 8
-    rows = json_rows(kine("ik", "puma.json", text_of(frame), "--all", "--json"))
+    rows = json_rows(open_kine("ik", "puma.json", text_of(frame), "--all", "--json"))
     for number, (row, line, (posture, joints)) in enumerate(zip(rows, lines, found, strict=True), 1):
         wanted = ["1", number, *joints, *PUMA.config(joints), PUMA.words([0, 0, 0, posture]), "0x0000"]
         fields = [as_number(text) if 0 < i < 12 else text for i, text in enumerate(line.split(","))]
@@ -135,7 +135,7 @@ def test_the_table_of_all(kine):
 
 # Poses with their integers
 
-def test_fk_and_ik_give_back_the_joints(kine, any_cell):
+def test_fk_and_ik_give_back_the_joints(open_kine, any_cell):
     model, path = any_cell
     rng = random.Random(7)
     targets = []
@@ -149,10 +149,10 @@ def test_fk_and_ik_give_back_the_joints(kine, any_cell):
             if 200 < joints[0] < 500 and -900 < joints[3] < -300:
                 targets.append(joints)
     source = "".join(text_of(joints) + "\n" for joints in targets)
-    poses = kine("fk", path, "--csv", stdin=source)
+    poses = open_kine("fk", path, "--csv", stdin=source)
     assert poses.status == DONE, poses.err
-    one = kine("ik", path, "--csv", stdin=poses.out)
-    two = kine("ik", path, "--csv", "-j", "2", stdin=poses.out)
+    one = open_kine("ik", path, "--csv", stdin=poses.out)
+    two = open_kine("ik", path, "--csv", "-j", "2", stdin=poses.out)
     assert one.status == DONE, one.err
     assert two == one
     for row, joints in zip(csv_rows(one), targets, strict=True):
@@ -160,45 +160,45 @@ def test_fk_and_ik_give_back_the_joints(kine, any_cell):
         assert row["posture"] == model.words(model.config(joints))
 
 
-def test_integers_are_taken_as_they_are_whatever_the_limits_say(kine, tmp_path):
+def test_integers_are_taken_as_they_are_whatever_the_limits_say(open_kine, tmp_path):
     limits = [(-10, 10)] * 6
     path = ModelCell(cell_of(SIX_AXIS, limits=limits)).write(tmp_path)
     model = ModelCell(cell_of(SIX_AXIS))
     joints = [20.0, -5.0, -30.0, 30.0, 40.0, 50.0]
     frame, config, _ = model.pose(joints)
-    (row,) = csv_rows(kine("ik", path, text_of([*frame, *config]), "--csv"))
+    (row,) = csv_rows(open_kine("ik", path, text_of([*frame, *config]), "--csv"))
     assert close(row_joints(model, row), joints)
 
 
-def test_named_poses_keep_their_integers(kine, tmp_path):
+def test_named_poses_keep_their_integers(open_kine, tmp_path):
     model = ModelCell(cell_of(SIX_AXIS))
     joints = [20.0, -5.0, -30.0, -150.0, -40.0, -130.0]
     frame, config, _ = model.pose(joints)
     fields = dict(zip(("x_mm", "y_mm", "z_mm", "a_deg", "b_deg", "c_deg"), frame))
     path = ModelCell(cell_of(SIX_AXIS, poses={"pick": {**fields, "cfg": config}, "open": fields})).write(tmp_path)
-    fixed, free = csv_rows(kine("ik", path, "@pick", "@open", "--csv"))
+    fixed, free = csv_rows(open_kine("ik", path, "@pick", "@open", "--csv"))
     assert close(row_joints(model, fixed), joints)
     assert close(row_joints(model, free), [20.0, -5.0, -30.0, 30.0, 40.0, 50.0])
     assert (fixed["target"], free["target"]) == ("pick", "open")
 
 
-def test_a_refused_row_has_the_code_and_the_line(kine):
+def test_a_refused_row_has_the_code_and_the_line(open_kine):
     far = "3000,0,0,0,0,0,0,0,0,0"
     code, _ = PUMA.inverse([3000.0, 0.0, 0.0, 0.0, 0.0, 0.0], [0, 0, 0, 0])
     assert code == 0x6097
-    run = kine("ik", "puma.json", far, BENT_POSE, "--csv")
+    run = open_kine("ik", "puma.json", far, BENT_POSE, "--csv")
     assert run.status == REFUSED
     assert run.out.splitlines()[1] == "1,,,,,,,,0x6097"
     assert run.out.splitlines()[2].startswith("2,")
     assert run.err == "kine: target 1: 0x6097 KINE_ERR_IK_7: IK error 5:24727\n"
-    assert kine("ik", "puma.json", far, "-q").err == ""
-    (row,) = json_rows(kine("ik", "puma.json", far, "--json"))
+    assert open_kine("ik", "puma.json", far, "-q").err == ""
+    (row,) = json_rows(open_kine("ik", "puma.json", far, "--json"))
     assert (row["result"], row["error"], row["lines"]) == ("0x6097", "KINE_ERR_IK_7", ["IK error 5:24727"])
 
 
 # Poses without integers
 
-def test_the_nearest_solution_is_found(kine, any_cell):
+def test_the_nearest_solution_is_found(open_kine, any_cell):
     model, path = any_cell
     rng = random.Random(11)
     near = model.random_joints(rng, turns=1)
@@ -211,7 +211,7 @@ def test_the_nearest_solution_is_found(kine, any_cell):
         best = min((joints for _, joints in found), key=lambda joints: distance(model, joints, near), default=None)
         expected.append((best, codes))
     names = ["x_mm", "y_mm", "z_mm", "a_deg", "b_deg", "c_deg"] + model.joint_names()[model.axes:]
-    run = kine("ik", path, "--csv", "--near", text_of(near), stdin=",".join(names) + "\n" + rows)
+    run = open_kine("ik", path, "--csv", "--near", text_of(near), stdin=",".join(names) + "\n" + rows)
     for row, (best, codes) in zip(csv_rows(run), expected, strict=True):
         if best is None:
             assert row["result"] == ("0x6090" if 0 in codes else f"0x{codes[0]:04X}"), (row, codes)
@@ -222,7 +222,7 @@ def test_the_nearest_solution_is_found(kine, any_cell):
     assert any(best for best, _ in expected)
 
 
-def test_home_is_where_it_starts_from_unless_near_says_otherwise(kine, tmp_path):
+def test_home_is_where_it_starts_from_unless_near_says_otherwise(open_kine, tmp_path):
     model = ModelCell(cell_of(SIX_AXIS))
     frame, _, _ = model.pose([20.0, -5.0, -30.0, 30.0, 40.0, 50.0])
     found = dict(all_solutions(model, frame, [])[0])
@@ -232,76 +232,76 @@ def test_home_is_where_it_starts_from_unless_near_says_otherwise(kine, tmp_path)
     backs = min((joints for posture, joints in all_solutions(model, frame, [], range(-1, 2))[0] if posture in (6, 7)),
                 key=lambda joints: distance(model, joints, found[5]))
     for options, best in zip(runs, (found[5], found[2], found[0], backs)):
-        (row,) = csv_rows(kine("ik", path, text_of(frame), "--csv", *options))
+        (row,) = csv_rows(open_kine("ik", path, text_of(frame), "--csv", *options))
         assert close(row_joints(model, row), best), options
 
 
-def test_a_posture_is_kept_to_in_any_order_of_its_words(kine):
+def test_a_posture_is_kept_to_in_any_order_of_its_words(open_kine):
     frame, _, _ = PUMA.pose([10.0, 20.0, 30.0, 40.0, 50.0, 60.0])
     for posture, joints in all_solutions(PUMA, frame, [])[0]:
         words = PUMA.words([0, 0, 0, posture]).split()
         for text in (" ".join(words), ",".join(reversed(words))):
-            (row,) = csv_rows(kine("ik", "puma.json", text_of(frame), "--csv", "--posture", text))
+            (row,) = csv_rows(open_kine("ik", "puma.json", text_of(frame), "--csv", "--posture", text))
             assert close(row_joints(PUMA, row), joints) and row["posture"] == " ".join(words)
 
 
-def test_near_and_posture_count_for_rows_with_integers_too(kine):
+def test_near_and_posture_count_for_rows_with_integers_too(open_kine):
     joints = [10.0, 20.0, 30.0, 40.0, 50.0, 60.0]
     frame, config, _ = PUMA.pose(joints)
     found = dict(all_solutions(PUMA, frame, [])[0])
     target = text_of([*frame, *config])
-    (row,) = csv_rows(kine("ik", "puma.json", target, "--csv", "--posture", "back far flipped"))
+    (row,) = csv_rows(open_kine("ik", "puma.json", target, "--csv", "--posture", "back far flipped"))
     assert close(row_joints(PUMA, row), found[7])
-    (row,) = csv_rows(kine("ik", "puma.json", target, "--csv", "--near", text_of(found[3])))
+    (row,) = csv_rows(open_kine("ik", "puma.json", target, "--csv", "--near", text_of(found[3])))
     assert close(row_joints(PUMA, row), found[3])
 
 
-def test_near_chooses_turns_that_no_limit_forbids(kine, tmp_path):
+def test_near_chooses_turns_that_no_limit_forbids(open_kine, tmp_path):
     model = ModelCell(MODEL_CELLS["six-turns"])
     joints = [20.0, -5.0, -30.0, 30.0, 40.0, 50.0]
     frame, _, _ = model.pose(joints)
     near = [20.0, -5.0, -30.0, 390.0, 40.0, -310.0]
     path = model.write(tmp_path)
-    (row,) = csv_rows(kine("ik", path, text_of(frame), "--csv", "--near", text_of(near)))
+    (row,) = csv_rows(open_kine("ik", path, text_of(frame), "--csv", "--near", text_of(near)))
     assert close(row_joints(model, row), near)
     near[3] += 360  # beyond the limit of 400: the turn below it is the nearest that is allowed
-    (row,) = csv_rows(kine("ik", path, text_of(frame), "--csv", "--near", text_of(near)))
+    (row,) = csv_rows(open_kine("ik", path, text_of(frame), "--csv", "--near", text_of(near)))
     assert close(row_joints(model, row), [20.0, -5.0, -30.0, 390.0, 40.0, -310.0])
 
 
-def test_near_chooses_any_turn_of_an_axis_without_limits(kine):
+def test_near_chooses_any_turn_of_an_axis_without_limits(open_kine):
     frame, _, _ = PUMA.pose([10.0, 20.0, 30.0, 40.0, 50.0, 60.0])
     near = [730.0, 20.0, 30.0, -320.0, 50.0, 36060.0]
-    (row,) = csv_rows(kine("ik", "puma.json", text_of(frame), "--csv", "--near", text_of(near)))
+    (row,) = csv_rows(open_kine("ik", "puma.json", text_of(frame), "--csv", "--near", text_of(near)))
     assert close(row_joints(PUMA, row), near)
     # As far as the library takes turn numbers, whatever is asked for.
-    (row,) = csv_rows(kine("ik", "puma.json", text_of(frame), "--csv", "--near", "1e9,0,0,-1e300,0,0"))
+    (row,) = csv_rows(open_kine("ik", "puma.json", text_of(frame), "--csv", "--near", "1e9,0,0,-1e300,0,0"))
     assert row["q1_deg"] > 50000 and row["q4_deg"] < -50000 and row["result"] == "0x0000"
 
 
-def test_solutions_outside_the_limits_are_refused_as_that(kine, tmp_path):
+def test_solutions_outside_the_limits_are_refused_as_that(open_kine, tmp_path):
     limits = [(-180, 180), (-10, 0), (-40, -35), (-180, 180), (-180, 180), (-180, 180)]
     path = ModelCell(cell_of(SIX_AXIS, limits=limits)).write(tmp_path)
     frame, _, _ = ModelCell(cell_of(SIX_AXIS)).pose([20.0, -5.0, -30.0, 30.0, 40.0, 50.0])
-    run = kine("ik", path, text_of(frame), "--csv")
+    run = open_kine("ik", path, text_of(frame), "--csv")
     assert run.status == REFUSED and run.out.splitlines()[1] == "1,,,,,,,,0x6090"
     assert run.err == "kine: target 1: 0x6090 KINE_ERR_CONFIG: solutions outside the axis limits\n"
-    (row,) = json_rows(kine("ik", path, text_of(frame), "--json"))
+    (row,) = json_rows(open_kine("ik", path, text_of(frame), "--json"))
     assert (row["result"], row["lines"]) == ("0x6090", ["solutions outside the axis limits"])
 
 
-def test_a_target_in_reach_of_no_posture_has_the_code_of_the_first(kine):
-    (row,) = csv_rows(kine("ik", "puma.json", "3000,0,0,0,0,0", "--csv"))
+def test_a_target_in_reach_of_no_posture_has_the_code_of_the_first(open_kine):
+    (row,) = csv_rows(open_kine("ik", "puma.json", "3000,0,0,0,0,0", "--csv"))
     assert row["result"] == "0x6097"
     code, _ = PUMA.inverse([0.0, 0.0, 500.0, 0.0, 0.0, 0.0], [0, 0, 0, 0])
-    run = kine("ik", "puma.json", "0,0,500,0,0,0", "--csv")
+    run = open_kine("ik", "puma.json", "0,0,500,0,0,0", "--csv")
     assert csv_rows(run)[0]["result"] == f"0x{code:04X}" == "0x6096"
     assert run.err == "kine: target 1: 0x6096 KINE_ERR_IK_6: IK error 5:24726\n"
 
 
 # Every solution
 
-def test_all_lists_every_solution_within_the_limits(kine, any_cell):
+def test_all_lists_every_solution_within_the_limits(open_kine, any_cell):
     model, path = any_cell
     rng = random.Random(5)
     total = 0
@@ -309,7 +309,7 @@ def test_all_lists_every_solution_within_the_limits(kine, any_cell):
         frame, _, externals = model.pose(model.random_joints(rng))
         found, codes = all_solutions(model, frame, externals)
         config = [0] * 4 if externals else []
-        run = kine("ik", path, text_of([*frame, *config, *externals]), "--all", "--csv")
+        run = open_kine("ik", path, text_of([*frame, *config, *externals]), "--all", "--csv")
         if not found:
             assert run.status == REFUSED and len(run.out.splitlines()) == 2
             assert csv_rows(run)[0]["result"] == ("0x6090" if 0 in codes else f"0x{codes[0]:04X}")
@@ -329,7 +329,7 @@ def test_all_lists_every_solution_within_the_limits(kine, any_cell):
     assert total > 0
 
 
-def test_all_and_fk_lead_back_to_the_pose(kine, any_cell):
+def test_all_and_fk_lead_back_to_the_pose(open_kine, any_cell):
     model, path = any_cell
     rng = random.Random(13)
     frames = []
@@ -338,8 +338,8 @@ def test_all_and_fk_lead_back_to_the_pose(kine, any_cell):
         frame, _, externals = model.pose(model.random_joints(rng))
         frames.append(frame)
         rows += f"\n{name}," + text_of([*frame, *externals])
-    solutions = kine("ik", path, "--all", "--csv", stdin=rows)
-    poses = kine("fk", path, "--csv", stdin=solutions.out)
+    solutions = open_kine("ik", path, "--all", "--csv", stdin=rows)
+    poses = open_kine("fk", path, "--csv", stdin=solutions.out)
     assert poses.status == solutions.status
     solved = [row for row in csv_rows(poses) if row["result"] == "0x0000"]
     assert len(solved) > 10
@@ -352,7 +352,7 @@ def test_all_and_fk_lead_back_to_the_pose(kine, any_cell):
 
 
 @pytest.mark.parametrize("file", sorted(CELLS.glob("*.json")), ids=lambda file: file.stem)
-def test_all_and_fk_lead_back_to_the_pose_on_every_cell_that_comes_with_kine(kine, file):
+def test_all_and_fk_lead_back_to_the_pose_on_every_cell_that_comes_with_kine(open_kine, file):
     cell = json.loads(file.read_text())
     axes = 6 if cell["arm"]["type"] == 6 else 4
     limits = cell.get("limits", {"lower_deg": [-90] * axes, "upper_deg": [90] * axes})
@@ -361,9 +361,9 @@ def test_all_and_fk_lead_back_to_the_pose_on_every_cell_that_comes_with_kine(kin
     for _ in range(40):
         rows += ",".join(f"{rng.uniform(max(low, -180), min(high, 180)):.3f}"
                          for low, high in zip(limits["lower_deg"], limits["upper_deg"])) + "\n"
-    taught = kine("fk", file, "--csv", stdin=rows)
-    solutions = kine("ik", file, "--all", "--csv", "-q", stdin=taught.out)
-    reached = kine("fk", file, "--csv", "-q", stdin=solutions.out)
+    taught = open_kine("fk", file, "--csv", stdin=rows)
+    solutions = open_kine("ik", file, "--all", "--csv", "-q", stdin=taught.out)
+    reached = open_kine("fk", file, "--csv", "-q", stdin=solutions.out)
     names = ("x_mm", "y_mm", "z_mm", "a_deg", "b_deg", "c_deg")
     frames = {row["target"]: [row[name] for name in names] for row in csv_rows(taught)}
     solved = [row for row in csv_rows(reached) if row["result"] == "0x0000"]
@@ -372,7 +372,7 @@ def test_all_and_fk_lead_back_to_the_pose_on_every_cell_that_comes_with_kine(kin
         assert same_frame([row[name] for name in names], frames[row["target"]], 1e-4, 1e-4), row
 
 
-def test_all_says_why_a_posture_has_none(kine, tmp_path):
+def test_all_says_why_a_posture_has_none(open_kine, tmp_path):
     limits = [(-170, 170), (-100, 100), (-100, 100), (-179, 179), (-120, 120), (-180, 180)]
     model = ModelCell(cell_of(SIX_AXIS, limits=limits))
     open_model = ModelCell(cell_of(SIX_AXIS))
@@ -388,30 +388,30 @@ def test_all_says_why_a_posture_has_none(kine, tmp_path):
                              for turn in ((-360, 0, 360) if axis in (0, 3, 5) else (0,)))]
         where = ", ".join(f"axis {axis + 1} at {everywhere[posture][axis]:.4f} deg" for axis in beyond)
         expected.append((model.words([0, 0, 0, posture]), f"outside the axis limits: {where}"))
-    run = kine("ik", path, text_of(frame), "--all", "--csv")
+    run = open_kine("ik", path, text_of(frame), "--all", "--csv")
     assert run.status == DONE and len(csv_rows(run)) == len(found)
     assert run.err == "".join(f"kine: target 1: {words}: 0x6090 KINE_ERR_CONFIG: {why}\n" for words, why in expected)
-    assert kine("ik", path, text_of(frame), "--all", "-q").err == ""
-    rows = json_rows(kine("ik", path, text_of(frame), "--all", "--json"))
+    assert open_kine("ik", path, text_of(frame), "--all", "-q").err == ""
+    rows = json_rows(open_kine("ik", path, text_of(frame), "--all", "--json"))
     assert [row["solution"] for row in rows] == [*range(1, len(found) + 1), *[None] * 6]
     assert [(row["posture"], row["lines"]) for row in rows[len(found):]] == [(w, [why]) for w, why in expected]
     assert {row["result"] for row in rows[len(found):]} == {"0x6090"}
 
 
-def test_all_of_a_target_out_of_reach_is_one_refused_row(kine):
-    run = kine("ik", "puma.json", "3000,0,0,0,0,0", "--all", "--csv")
+def test_all_of_a_target_out_of_reach_is_one_refused_row(open_kine):
+    run = open_kine("ik", "puma.json", "3000,0,0,0,0,0", "--all", "--csv")
     assert run.status == REFUSED
     assert run.out.splitlines()[1:] == ["1," + "," * 11 + ",0x6097"]
     lines = [f"kine: target 1: {PUMA.words([0, 0, 0, p])}: 0x6097 KINE_ERR_IK_7: IK error 5:24727" for p in range(8)]
     assert run.err.splitlines() == [*lines, "kine: target 1: 0x6097 KINE_ERR_IK_7: IK error 5:24727"]
-    rows = json_rows(kine("ik", "puma.json", "3000,0,0,0,0,0", "--all", "--json"))
+    rows = json_rows(open_kine("ik", "puma.json", "3000,0,0,0,0,0", "--all", "--json"))
     assert [row["posture"] for row in rows] == [*[PUMA.words([0, 0, 0, p]) for p in range(8)], None]
     assert {row["result"] for row in rows} == {"0x6097"} and rows[-1]["lines"] == ["IK error 5:24727"]
-    again = kine("fk", "puma.json", "--csv", "-q", stdin=run.out)
+    again = open_kine("fk", "puma.json", "--csv", "-q", stdin=run.out)
     assert again.status == REFUSED and again.out.splitlines()[1].endswith(",0x6097")
 
 
-def test_all_keeps_to_a_posture_and_puts_the_nearest_first(kine, tmp_path):
+def test_all_keeps_to_a_posture_and_puts_the_nearest_first(open_kine, tmp_path):
     model = ModelCell(MODEL_CELLS["six-turns"])
     path = model.write(tmp_path)
     frame, _, _ = model.pose([20.0, -5.0, -30.0, 30.0, 40.0, 50.0])
@@ -419,50 +419,50 @@ def test_all_keeps_to_a_posture_and_puts_the_nearest_first(kine, tmp_path):
     found = [joints for posture, joints in all_solutions(model, frame, [])[0] if posture in (0, 1)]
     assert len(found) > 4
     found.sort(key=lambda joints: distance(model, joints, near))
-    run = kine("ik", path, text_of(frame), "--all", "--csv", "--near", text_of(near), "--posture", "front,near")
+    run = open_kine("ik", path, text_of(frame), "--all", "--csv", "--near", text_of(near), "--posture", "front,near")
     for row, joints in zip(csv_rows(run), found, strict=True):
         assert close(row_joints(model, row), joints)
 
 
-def test_a_solution_on_its_limit_counts_as_within(kine, tmp_path):
+def test_a_solution_on_its_limit_counts_as_within(open_kine, tmp_path):
     joints = [20.1, -5.3, -30.7, 30.9, 40.3, 50.7]
     limits = [(v, v + 10) if i % 2 else (v - 10, v) for i, v in enumerate(joints)]
     model = ModelCell(cell_of(SIX_AXIS, limits=limits))
     frame, _, _ = model.pose(joints)
-    rows = csv_rows(kine("ik", model.write(tmp_path), text_of(frame), "--all", "--csv", "-q"))
+    rows = csv_rows(open_kine("ik", model.write(tmp_path), text_of(frame), "--all", "--csv", "-q"))
     assert len(rows) == 1 and close(row_joints(model, rows[0]), joints)
 
 
-def test_a_bent_elbow_of_type_4110_is_not_taken_for_a_stretched_one(kine, tmp_path):
+def test_a_bent_elbow_of_type_4110_is_not_taken_for_a_stretched_one(open_kine, tmp_path):
     """The elbow at -90 degrees is axis 2 at 90: outside these limits, but no singular pose."""
     limits = [(-180, 180), (-170, -10), (-3600, 3600), (-180, 180)]
     model = ModelCell(cell_of(TYPE_4110, limits=limits))
     frame, _, _ = model.pose([30.0, -90.0, 360.0, -15.0])
     code, _ = model.inverse(frame, [-1, 0, -1, 0])
     assert code == 0x6093  # what the turn number of the nearest limit would have made of it
-    run = kine("ik", model.write(tmp_path), text_of(frame), "--all", "--csv")
+    run = open_kine("ik", model.write(tmp_path), text_of(frame), "--all", "--csv")
     (row,) = csv_rows(run)
     assert close(row_joints(model, row), [30.0, -90.0, 360.0, -15.0])
     assert run.err == ("kine: target 1: elbow-: 0x6090 KINE_ERR_CONFIG: outside the axis limits: "
                        "axis 2 at 90.0000 deg\n")
 
 
-def test_an_axis_at_half_a_turn_is_listed_once_without_limits(kine):
+def test_an_axis_at_half_a_turn_is_listed_once_without_limits(open_kine):
     frame, _, _ = PUMA.pose([10.0, 20.0, 30.0, 180.0, 50.0, -180.0])
-    rows = csv_rows(kine("ik", "puma.json", text_of(frame), "--all", "--csv"))
+    rows = csv_rows(open_kine("ik", "puma.json", text_of(frame), "--all", "--csv"))
     assert len(rows) == 8 and all(abs(row[f"q{i}_deg"]) < 180.001 for row in rows for i in (1, 4, 6))
 
 
-def test_shared_out_rows_come_in_their_order(kine, tmp_path):
+def test_shared_out_rows_come_in_their_order(open_kine, tmp_path):
     model = ModelCell(MODEL_CELLS["six-turns"])
     path = model.write(tmp_path)
     rng = random.Random(1)
     rows = "".join(text_of(model.pose(model.random_joints(rng))[0]) + "\n" for _ in range(120))
     rows += "".join(f"{x},0,0,0,0,0\n" for x in range(3000, 3500)) * 8  # more than one block of lines
     for options in ([], ["--all"]):
-        one = kine("ik", path, "--csv", *options, stdin=rows)
+        one = open_kine("ik", path, "--csv", *options, stdin=rows)
         assert one.status == REFUSED and len(one.err) > 100000
-        assert kine("ik", path, "--csv", "-j", "3", *options, stdin=rows) == one
+        assert open_kine("ik", path, "--csv", "-j", "3", *options, stdin=rows) == one
 
 
 # What makes no sense
@@ -477,14 +477,14 @@ def test_shared_out_rows_come_in_their_order(kine, tmp_path):
     (["--near", "@nowhere"], "--near: puma.json has no joints \"nowhere\""),
     (["--tool", "gun"], "puma.json has no tool \"gun\"; it has: none"),
 ])
-def test_options_that_make_no_sense(kine, options, message):
-    run = kine("ik", "puma.json", BENT_POSE, *options)
+def test_options_that_make_no_sense(open_kine, options, message):
+    run = open_kine("ik", "puma.json", BENT_POSE, *options)
     assert (run.status, run.out, run.err) == (USAGE, "", message + "\n")
 
 
-def test_the_postures_of_a_four_axis_arm_have_their_own_words(kine, tmp_path):
+def test_the_postures_of_a_four_axis_arm_have_their_own_words(open_kine, tmp_path):
     path = ModelCell(MODEL_CELLS["type-4"]).write(tmp_path)
-    run = kine("ik", path, "300,200,0,0,0,0", "--posture", "front")
+    run = open_kine("ik", path, "300,200,0,0,0,0", "--posture", "front")
     assert run.status == USAGE
     assert run.err == "\"front\" is no posture of this arm; words are: elbow+, elbow-, one of each pair\n"
 
@@ -496,8 +496,8 @@ def test_the_postures_of_a_four_axis_arm_have_their_own_words(kine, tmp_path):
     (["@ready"], "puma.json has no pose \"ready\""),
     (["-i", "x.csv", BENT_POSE], "give targets either as arguments or with --input, not both"),
 ])
-def test_targets_that_make_no_sense(kine, arguments, message):
-    run = kine("ik", "puma.json", *arguments)
+def test_targets_that_make_no_sense(open_kine, arguments, message):
+    run = open_kine("ik", "puma.json", *arguments)
     assert (run.status, run.out, run.err) == (USAGE, "", message + "\n")
 
 
@@ -510,22 +510,22 @@ def test_targets_that_make_no_sense(kine, arguments, message):
                     "cfg1 to cfg4"),
     ("x_mm,y_mm,z_mm,a_deg,b_deg,c_deg,cfg1\n", ":1: cfg1 to cfg4 come together or not at all"),
 ])
-def test_files_that_do_not_say_what_they_should(kine, tmp_path, text, message):
+def test_files_that_do_not_say_what_they_should(open_kine, tmp_path, text, message):
     file = tmp_path / "poses.csv"
     file.write_text(text)
-    run = kine("ik", "puma.json", "-i", file)
+    run = open_kine("ik", "puma.json", "-i", file)
     assert (run.status, run.err) == (BAD_FILE, f"{file}{message}\n")
 
 
-def test_files_that_are_not_there(kine, tmp_path):
-    run = kine("ik", "puma.json", "-i", tmp_path / "none.csv")
+def test_files_that_are_not_there(open_kine, tmp_path):
+    run = open_kine("ik", "puma.json", "-i", tmp_path / "none.csv")
     assert (run.status, run.err) == (BAD_FILE, f"{tmp_path / 'none.csv'}: No such file or directory\n")
-    run = kine("ik", "none.json", BENT_POSE)
+    run = open_kine("ik", "none.json", BENT_POSE)
     assert (run.status, run.err) == (BAD_FILE, "none.json: No such file or directory\n")
 
 
-def test_the_help_has_every_option_and_examples(kine):
-    run = kine("ik", "--help")
+def test_the_help_has_every_option_and_examples(open_kine):
+    run = open_kine("ik", "--help")
     assert run.status == DONE and "Examples:" in run.out
     for option in ("--near", "--posture", "--all", "--tool", "--wobj", "--load", "--input", "--jobs", "--quiet",
                    "--json", "--csv"):

@@ -1,5 +1,5 @@
-// kine: the library at the prompt. Reads the command line, runs the command, and turns what is thrown into a message
-// and an exit status.
+// kine: the library at the prompt. Reads the command line, runs the command, and turns what is thrown into a
+// message and an exit status.
 #include <cstdio>
 #include <exception>
 

@@ -12,10 +12,11 @@ std::unique_ptr<CLI::App> MakeProgram(Action& action)
     program->footer(
         "Exit status: 0 done, 1 refused by the library or found wrong, 2 wrong usage, 3 a bad file.\n"
         "`kine COMMAND --help` shows the options and examples of a command.");
-    for (const AddCommand add : {&AddFk, &AddIk, &AddJog, &AddAlign, &AddCalib, &AddCheck, &AddPlot}) add(*program, action);
     for (const AddCommand add :
-         {&AddFk, &AddConvert, &AddOffset, &AddDiff, &AddExplain, &AddBench, &AddCompletion, &AddMan})
+         {&AddFk, &AddIk, &AddConvert, &AddOffset, &AddDiff, &AddJog, &AddAlign, &AddCalib, &AddCheck,
+          &AddPlot, &AddExplain, &AddBench, &AddCompletion, &AddMan}) {
         add(*program, action);
+    }
     return program;
 }
 

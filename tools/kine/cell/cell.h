@@ -1,5 +1,5 @@
-// A cell as its file describes it: the library's records, the names they have in the file, and where they stand there.
-// Millimetres and degrees, as everywhere outside of the library.
+// A cell as its file describes it: the library's records, the names they have in the file, and where they
+// stand there. Millimetres and degrees, as everywhere outside of the library.
 #pragma once
 
 #include <cstddef>
@@ -88,8 +88,8 @@ struct Cell
     std::vector<Named<KineMechUnit>> units;
     std::optional<int> carrier;  // index of the unit under the robot
 
-    // In the order of the file, after the ones that every cell has: "none", the bare flange, the world as work object
-    // and no load.
+    // In the order of the file, after the ones that every cell has: "none", the bare flange, the world as
+    // work object and no load.
     std::vector<Named<KineTool>> tools;
     std::vector<Named<KineWobj>> workObjects;
     std::vector<Named<KineLoad>> loads;

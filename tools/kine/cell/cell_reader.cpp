@@ -154,7 +154,8 @@ void ReadUnit(const JsonValue& value, const std::string& path, Findings& finding
                     unit.record.AxisFrame[i] = ReadFrameAt(axisIn, "frame");
                     axisIn.RefuseTheRest();
                 });
-    // How what rides on a linear axis is turned against it; the library keeps it in the frame of a second axis.
+    // How what rides on a linear axis is turned against it; the library keeps it in the frame of a second
+    // axis.
     if (unit.record.UnitKind == 1 && in.Find("carried_frame"))
         unit.record.AxisFrame[1] = ReadFrameAt(in, "carried_frame");
     in.RefuseTheRest();

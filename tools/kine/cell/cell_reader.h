@@ -1,5 +1,5 @@
-// From the text of a cell file to the cell. tools/kine/cell/cell.schema.json describes the format for other programs;
-// docs/kine_cells.md for people.
+// From the text of a cell file to the cell. tools/kine/cell/cell.schema.json describes the format for other
+// programs; docs/kine_cells.md for people.
 #pragma once
 
 #include <string>
@@ -9,9 +9,9 @@
 
 namespace kine_cli {
 
-// Both fail with file, line, column and field for everything that is not a cell, and for more than 1 MiB. What is a
-// cell but a wrong one, such as limits that leave nothing or a unit whose external axis does not exist, is read as it
-// stands: `kine check` tells.
+// Both fail with file, line, column and field for everything that is not a cell, and for more than 1 MiB.
+// What is a cell but a wrong one, such as limits that leave nothing or a unit whose external axis does not
+// exist, is read as it stands: `kine check` tells.
 Cell ParseCell(std::string_view text, const std::string& file);
 Cell ReadCell(const std::string& file);
 

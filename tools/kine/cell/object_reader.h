@@ -1,5 +1,5 @@
-// Reads the fields of one JSON object. Every fault is noted with its place and path; reading goes on, so that one run
-// shows all of them.
+// Reads the fields of one JSON object. Every fault is noted with its place and path; reading goes on, so that
+// one run shows all of them.
 #pragma once
 
 #include <cstddef>
@@ -53,8 +53,8 @@ public:
     std::string Text(std::string_view key);
     // Index of the text in `words`, or `otherwise`.
     std::size_t Word(std::string_view key, std::span<const std::string_view> words, std::size_t otherwise);
-    // Fills the start of `numbers`; how many the array has, 0 for none. Fewer than `fewest` or more than there is room
-    // for is a fault.
+    // Fills the start of `numbers`; how many the array has, 0 for none. Fewer than `fewest` or more than
+    // there is room for is a fault.
     std::size_t Numbers(std::string_view key, std::span<double> numbers, std::size_t fewest);
 
     // Of the value of a key, and of the object itself.

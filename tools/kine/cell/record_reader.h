@@ -1,4 +1,5 @@
-// From an object of a cell file to a record of the library. `path` is where the object stands, such as "tools.torch".
+// From an object of a cell file to a record of the library. `path` is where the object stands, such as
+// "tools.torch".
 #pragma once
 
 #include <cstddef>

@@ -33,8 +33,6 @@ void CheckAxisCount(const Cell& cell, std::size_t index, FindingList& findings)
 {
     const KineMechUnit& unit = cell.units[index].record;
     const std::size_t needed = AxesOf(unit);
-    // The second frame of a linear unit says how what it carries is turned.
-    const std::size_t most = unit.UnitKind == kLinearKind ? 2 : needed;
     const std::string what = std::string("kind \"") + kKinds[unit.UnitKind] + "\" has " +
                              std::to_string(needed) + (needed == 1 ? " axis" : " axes") + ", this unit " +
                              std::to_string(unit.AxisCount);
@@ -42,9 +40,9 @@ void CheckAxisCount(const Cell& cell, std::size_t index, FindingList& findings)
         findings.Error("unit_axes_missing", UnitPath(index) + ".axes",
                        {what, "Such a unit is not usable: calls that need it end in 0x6031 or 0x6033.",
                         "Give every axis of the kind, or another kind."});
-    } else if (unit.AxisCount > most) {
+    } else if (unit.AxisCount > needed) {
         findings.Warning(
-            "unit_axes_unused", AxisPath(index, most),
+            "unit_axes_unused", AxisPath(index, needed),
             {what, "The library reads the first axes only.", "Give another kind, or leave them out."});
     }
 }
@@ -81,9 +79,9 @@ void CheckFrames(const Cell& cell, std::size_t index, FindingList& findings)
     const KineMechUnit& unit = cell.units[index].record;
     if (unit.UnitKind == kLinearKind) {
         const KineFrame& turned = unit.AxisFrame[1];
-        if (unit.AxisCount > 1 && (turned.X != 0.0 || turned.Y != 0.0 || turned.Z != 0.0)) {
-            findings.Warning("position_ignored", AxisPath(index, 1) + ".frame",
-                             {"the second frame of a linear unit has a position",
+        if (turned.X != 0.0 || turned.Y != 0.0 || turned.Z != 0.0) {
+            findings.Warning("position_ignored", UnitPath(index) + ".carried_frame",
+                             {"the carried frame of a linear unit has a position",
                               "Only its rotation is read; its position is the travel.",
                               "Put the position into the frame of the first axis."});
         }

@@ -232,8 +232,9 @@ void AddIk(CLI::App& program, Action& action)
                     "Of the solutions the one nearest to these joints; numbers parted by commas, or @NAME")
         ->type_name("JOINTS");
     command
-        .add_option("--posture", options->posture,
-                    "Solutions of this posture only: of front|back, near|far, plain|flipped, or elbow+|elbow-")
+        .add_option(
+            "--posture", options->posture,
+            "Solutions of this posture only: of front|back, near|far, plain|flipped, or elbow+|elbow-")
         ->type_name("WORDS");
     command.add_flag("--all", options->all,
                      "Every posture and turn within the axis limits; with --near the nearest first");

@@ -16,7 +16,7 @@ void PoseFilter::Answer(const Target& target, Answers& answers)
     KinePose pose{};
     if (!answers.Accept(target, function_(target.pose, pose))) return;
     answers.row.Begin(target.name);
-    answers.row.Pose(pose);
+    answers.row.Pose(pose, target.hasConfig);
     answers.row.End();
 }
 

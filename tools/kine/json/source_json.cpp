@@ -56,8 +56,8 @@ bool IsPartOfNumber(char c)
     return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
 }
 
-// Builds the tree from the events of the parser. The events carry no position; each is told apart by how far the
-// parser has read when it comes.
+// Builds the tree from the events of the parser. The events carry no position; each is told apart by how far
+// the parser has read when it comes.
 class TreeBuilder
 {
 public:
@@ -100,8 +100,8 @@ public:
     {
         // "[json.exception.out_of_range.406] number overflow parsing '1e999'"
         if (error.id == 406) Fail(StartOfNumber(), "a number too large");
-        // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error while parsing value - invalid
-        // literal; last read: '{a'"; what stands behind the last read is up to the file.
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error while parsing value
+        // - invalid literal; last read: '{a'"; what stands behind the last read is up to the file.
         std::string_view what = error.what();
         if (const std::size_t at = what.find(" - "); at != std::string_view::npos) what.remove_prefix(at + 3);
         what = what.substr(0, what.find("; last read: "));

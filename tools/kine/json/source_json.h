@@ -51,8 +51,8 @@ std::string_view KindInWords(JsonValue::Kind kind);
 // "cell.json:12:5"
 std::string PlaceIn(std::string_view file, Position position);
 
-// Fails with file, line and column for text that is not JSON, a key given twice in one object, a number out of the
-// range of a double, and nesting so deep that no cell needs it.
+// Fails with file, line and column for text that is not JSON, a key given twice in one object, a number out
+// of the range of a double, and nesting so deep that no cell needs it.
 JsonValue ParseJson(std::string_view text, std::string_view file);
 
 }  // namespace kine_cli

@@ -19,8 +19,8 @@ void Check(int result, const char* what)
     if (result < 0) FailFile(std::string(what) + ": " + std::strerror(errno));
 }
 
-// A program may be started with standard descriptors closed. The pipe must not take their numbers; what stands there
-// instead refuses what is asked of it, as a closed one does.
+// A program may be started with standard descriptors closed. The pipe must not take their numbers; what
+// stands there instead refuses what is asked of it, as a closed one does.
 void FillGaps()
 {
     if (fcntl(STDIN_FILENO, F_GETFD) < 0) Check(open("/dev/null", O_WRONLY), "/dev/null");

@@ -1,4 +1,5 @@
-// The one configuration of the library in this process: a cell sent to it, and its calls with what they print.
+// The one configuration of the library in this process: a cell sent to it, and its calls with what they
+// print.
 #pragma once
 
 #include <string>
@@ -33,8 +34,8 @@ struct CellRecords
     KineLoad load{};
 };
 
-// By name; an empty name is the cell's own choice. Fails (usage) for a name that the cell does not have, with those
-// that it has.
+// By name; an empty name is the cell's own choice. Fails (usage) for a name that the cell does not have, with
+// those that it has.
 CellRecords RecordsOf(const Cell& cell, const Selection& selection);
 
 // Joints to a pose.

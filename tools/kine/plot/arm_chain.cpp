@@ -1,5 +1,5 @@
-// Six-axis arms are standard Denavit-Hartenberg links Rz(theta) Tz(d) Tx(a) Rx(alpha), so that a link has a corner
-// between its d and its a.
+// Six-axis arms are standard Denavit-Hartenberg links Rz(theta) Tz(d) Tx(a) Rx(alpha), so that a link has a
+// corner between its d and its a.
 #include "plot/arm_chain.h"
 
 #include <algorithm>
@@ -9,8 +9,8 @@
 namespace kine_cli {
 namespace {
 
-// How far above the flange the links of a four-axis arm are drawn, as a part of their length. The model has them in the
-// base plane, below the flange; such arms are built with the screw hanging from the links.
+// How far above the flange the links of a four-axis arm are drawn, as a part of their length. The model has
+// them in the base plane, below the flange; such arms are built with the screw hanging from the links.
 constexpr double kLinkLevel = 0.12;
 
 ArmShape SixAxisArm(const KineSixAxisParam& p, const KineJoint& q)

@@ -1,5 +1,5 @@
-// Where the parts of an arm are in its base, for pictures: the chain of the header without gravity. The library tells
-// only where the flange is.
+// Where the parts of an arm are in its base, for pictures: the chain of the header without gravity. The
+// library tells only where the flange is.
 #pragma once
 
 #include <vector>
@@ -22,8 +22,8 @@ ArmShape ArmInBase(const Cell& cell, const KineJoint& joints);
 // The same arm with its base somewhere.
 ArmShape Placed(const Transform& base, const ArmShape& arm);
 
-// The point of the base that the arm reaches out from, and how far its flange gets from there at most in the plane of
-// the links. The screw of a four-axis arm is not counted.
+// The point of the base that the arm reaches out from, and how far its flange gets from there at most in the
+// plane of the links. The screw of a four-axis arm is not counted.
 Vec3 ShoulderOf(const Cell& cell);
 double ReachOf(const Cell& cell);
 

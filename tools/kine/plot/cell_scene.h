@@ -34,12 +34,12 @@ struct CellScene
     std::vector<UnitShape> units;
 };
 
-// The joints that a picture shows when none are asked for: those named "home", else the first ones of the cell, else
-// zeros.
+// The joints that a picture shows when none are asked for: those named "home", else the first ones of the
+// cell, else zeros.
 KineJoint HomeOf(const Cell& cell);
 
-// Fails (refused) when the library does: for a work object on a unit that is none, or a tool and a work object that are
-// both held. Fails (usage) when a part of the cell is too far away to draw.
+// Fails (refused) when the library does: for a work object on a unit that is none, or a tool and a work
+// object that are both held. Fails (usage) when a part of the cell is too far away to draw.
 CellScene PlaceCell(const ReadyCell& ready, const Selection& selection, const KineJoint& joints,
                     PrintedLines& printed);
 

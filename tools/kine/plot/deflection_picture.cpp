@@ -1,5 +1,5 @@
-// How far the tool is from where a rigid arm would have it, for the joints that bring the real one to the target. The
-// library holds one arm, so the two are set up in turn, row by row.
+// How far the tool is from where a rigid arm would have it, for the joints that bring the real one to the
+// target. The library holds one arm, so the two are set up in turn, row by row.
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -23,8 +23,8 @@ void DrawArm(Svg& svg, const View& view, const ArmShape& arm, const DrawingSize&
 void DrawSilhouette(Svg& svg, const View& view, const CellScene& scene);
 // What the flange carries, from the flange to its frame.
 void DrawCarried(Svg& svg, const View& view, const CellScene& scene, const DrawingSize& size);
-// X red, Y green, Z blue; an axis that points at the viewer is a dot in a ring, one that points away a cross in it.
-// The group has the name of the frame.
+// X red, Y green, Z blue; an axis that points at the viewer is a dot in a ring, one that points away a cross
+// in it. The group has the name of the frame.
 void DrawFrame(Svg& svg, const View& view, const Transform& frame, double length, std::string_view id);
 void DrawUnit(Svg& svg, const View& view, const UnitShape& unit, std::string_view id);
 

@@ -32,8 +32,8 @@ public:
     PlaneMap(const ReadyCell& ready, const Selection& selection, const PlaneOptions& options,
              PrintedLines& printed);
 
-    // The cell with the world as work object. A held work object takes the place of the tool, with its load: where its
-    // frame can be brought.
+    // The cell with the world as work object. A held work object takes the place of the tool, with its load:
+    // where its frame can be brought.
     const ReadyCell& Targets() const { return targets_; }
     std::size_t Columns() const { return columns_; }
     std::size_t Rows() const { return rows_; }
@@ -58,8 +58,8 @@ public:
         std::size_t row = 0;
         std::string text;
     };
-    // The document: the map with axes and the arm over it, the legend beside it with the number of targets of each
-    // entry, notes below the legend.
+    // The document: the map with axes and the arm over it, the legend beside it with the number of targets of
+    // each entry, notes below the legend.
     std::string Draw(const std::string& title, const std::vector<LegendEntry>& legend,
                      const std::vector<std::string>& notes, const Mark* mark) const;
 

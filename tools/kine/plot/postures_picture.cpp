@@ -33,7 +33,8 @@ KineJoint JointsOf(const ReadyCell& ready, const Solutions& solutions, std::size
     return nearest ? nearest->joints : solutions.postures[posture].joints;
 }
 
-// Six-axis arms from the side, square to the upright plane through the base and the flange; the others from above.
+// Six-axis arms from the side, square to the upright plane through the base and the flange; the others from
+// above.
 Sight SightOf(const Cell& cell, const std::vector<PosturePanel>& panels)
 {
     if (!cell.IsSixAxis()) return TopSight();

@@ -17,7 +17,8 @@ constexpr MapClass kReached = 4;  // and on, by the number of postures
 
 constexpr std::array<std::string_view, 4> kBlues = {"#dbeafe", "#93c5fd", "#4f8ff0", "#1e4fc4"};
 
-// How close joints are to a singularity: within the wide bounds of the library, within the narrow ones, or neither.
+// How close joints are to a singularity: within the wide bounds of the library, within the narrow ones, or
+// neither.
 enum Closeness : int
 {
     kFar,

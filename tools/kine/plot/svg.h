@@ -1,5 +1,5 @@
-// A picture in SVG: white ground, few strokes, fixed decimals, so that two runs give the same bytes. Looks like the
-// figures of the book.
+// A picture in SVG: white ground, few strokes, fixed decimals, so that two runs give the same bytes. Looks
+// like the figures of the book.
 #pragma once
 
 #include <span>
@@ -73,7 +73,8 @@ public:
     // With a white rim, so that it stays legible over lines.
     void Text(Point at, std::string_view text, const Lettering& lettering = {});
 
-    // What is drawn between the two calls belongs together under a name: letters, digits and hyphens, once in a picture.
+    // What is drawn between the two calls belongs together under a name: letters, digits and hyphens, once in
+    // a picture.
     void BeginGroup(std::string_view id);
     void EndGroup();
 

@@ -1,4 +1,5 @@
-// A window onto the world seen square to a plane, with axes in mm, and labels that keep clear of what is drawn.
+// A window onto the world seen square to a plane, with axes in mm, and labels that keep clear of what is
+// drawn.
 #pragma once
 
 #include <span>

@@ -22,8 +22,8 @@ public:
     LineBlocks(const LineBlocks&) = delete;
     LineBlocks& operator=(const LineBlocks&) = delete;
 
-    // The next whole lines as they come, so that rows typed or piped in slowly are answered at once; false at the end.
-    // Fails when reading does, or when a line is longer than a million bytes.
+    // The next whole lines as they come, so that rows typed or piped in slowly are answered at once; false at
+    // the end. Fails when reading does, or when a line is longer than a million bytes.
     bool Next(LineBlock& block);
 
     const std::string& Source() const { return source_; }

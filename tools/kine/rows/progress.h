@@ -9,7 +9,8 @@ namespace kine_cli {
 class Progress
 {
 public:
-    // Shows nothing when the standard error is no terminal, or when it is not wanted. `size` in bytes, 0 when not known.
+    // Shows nothing when the standard error is no terminal, or when it is not wanted. `size` in bytes, 0 when
+    // not known.
     Progress(bool wanted, std::uint64_t size);
     ~Progress();
     Progress(const Progress&) = delete;

@@ -226,6 +226,19 @@ void RowParser::Store(std::size_t field, std::string_view text, std::uint64_t nu
     }
 }
 
+bool RowParser::IsConfigOpen(std::uint64_t number) const
+{
+    std::size_t empty = 0;
+    std::size_t last = 0;
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        if (slots_[i] < kConfig || slots_[i] >= kResult || !Trim(fields_[i]).empty()) continue;
+        ++empty;
+        last = i;
+    }
+    if (empty != 0 && empty != kConfigFields) Fail(number, last, "cfg1 to cfg4 come together or not at all");
+    return empty != 0;
+}
+
 void RowParser::Parse(std::string_view line, std::uint64_t number, Target& target)
 {
     Split(line, fields_);
@@ -251,7 +264,11 @@ void RowParser::Parse(std::string_view line, std::uint64_t number, Target& targe
         target.name = numberText_;
     }
     if (target.refusedBefore != KINE_OK) return;
-    for (std::size_t i = 0; i < fields_.size(); ++i) Store(i, fields_[i], number, target);
+    if (hasConfig_) target.hasConfig = !IsConfigOpen(number);
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        if (!target.hasConfig && slots_[i] >= kConfig && slots_[i] < kResult) continue;
+        Store(i, fields_[i], number, target);
+    }
 }
 
 }  // namespace kine_cli

@@ -185,10 +185,16 @@ void RowWriter::Frame(const KineFrame& frame)
     for (const double value : {frame.X, frame.Y, frame.Z, frame.A, frame.B, frame.C}) Number(value);
 }
 
-void RowWriter::Pose(const KinePose& pose)
+void RowWriter::Pose(const KinePose& pose, bool hasConfig)
 {
     Frame(pose.Frame);
-    for (const std::int32_t value : {pose.Cfg1, pose.Cfg2, pose.Cfg3, pose.Cfg4}) Integer(value);
+    for (const std::int32_t value : {pose.Cfg1, pose.Cfg2, pose.Cfg3, pose.Cfg4}) {
+        if (hasConfig) {
+            Integer(value);
+        } else {
+            Empty();
+        }
+    }
     for (std::size_t i = 0; i < widths_.externalAxes; ++i) Number(pose.ExtAxis[i]);
 }
 

@@ -48,7 +48,8 @@ public:
     void Empty();
     void Joints(const KineJoint& joints);
     void Frame(const KineFrame& frame);
-    void Pose(const KinePose& pose);
+    // An open configuration has no integers.
+    void Pose(const KinePose& pose, bool hasConfig = true);
     void End();
     // Ends the row with a refusal: columns that are not written yet stay empty. JSON has the lines too.
     void EndRefused(KineResult code, const std::string& lines);

@@ -53,8 +53,8 @@ std::vector<StoredTarget> ParseArguments(Shape shape, Widths widths, const Cell*
     return targets;
 }
 
-// Reads on until the header is taken, or the first row shows that there is none. The block is left with the rows
-// behind the header; false when there are none.
+// Reads on until the header is taken, or the first row shows that there is none. The block is left with the
+// rows behind the header; false when there are none.
 bool ReadHead(LineBlocks& blocks, RowParser& parser, LineBlock& block)
 {
     while (blocks.Next(block)) {

@@ -1,5 +1,5 @@
-// Runs a filter over its targets: those of the command line, or the rows of a file or of the standard input, in this
-// process or dealt out to several.
+// Runs a filter over its targets: those of the command line, or the rows of a file or of the standard input,
+// in this process or dealt out to several.
 #pragma once
 
 #include <string>

@@ -162,8 +162,8 @@ Worker Start(const std::vector<Worker>& others, const std::function<void()>& pre
     _exit(status);
 }
 
-// A worker that has ended shows in the failing write to it, not in a signal. For the calling thread alone: one that
-// writes to the standard output is still ended by the signal when nobody reads it any more.
+// A worker that has ended shows in the failing write to it, not in a signal. For the calling thread alone:
+// one that writes to the standard output is still ended by the signal when nobody reads it any more.
 class NoBrokenPipeSignal
 {
 public:
@@ -228,8 +228,8 @@ void RunInProcesses(int jobs, LineBlocks& blocks, LineBlock first, const std::fu
     std::vector<Worker> workers;
     for (int i = 0; i < jobs; ++i) workers.push_back(Start(workers, prepare, run));
 
-    // The answers are taken by a thread, so that neither side waits for the other with full pipes. Block n belongs to
-    // worker n modulo their number; the first worker without an answer marks the end.
+    // The answers are taken by a thread, so that neither side waits for the other with full pipes. Block n
+    // belongs to worker n modulo their number; the first worker without an answer marks the end.
     WakeUp wakeUp;
     std::exception_ptr thrown;
     std::thread taker([&] {

@@ -38,7 +38,8 @@ int ControlOf(std::string_view character)
     return first == 0xC2U && second < 0xA0U ? second : -1;
 }
 
-// Calls each(character) for every UTF-8 character, and for a single byte, as an empty text, where there is none.
+// Calls each(character) for every UTF-8 character, and for a single byte, as an empty text, where there is
+// none.
 template <typename Each>
 void ForEachCharacter(std::string_view text, const Each& each)
 {
