@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <utility>
 
@@ -54,6 +55,8 @@ Widths WidthsOf(const Cell& cell)
 {
     return {cell.AxisCount(), std::min(cell.externalAxes.size(), kExternalAxes)};
 }
+
+void WhenAskedFor(CLI::App& command, const std::function<void()>& call) { command.callback(call); }
 
 ReadyCell::ReadyCell(const CellOptions& options, PrintedLines& printed) : cell(ReadCell(options.file))
 {

@@ -1,7 +1,6 @@
 // Options that commands share, and what a command is.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,6 +10,11 @@
 #include "library/printed_lines.h"
 #include "library/session.h"
 #include "rows/stream.h"
+
+// Its header takes longer to read than most files here.
+namespace CLI {
+class App;
+}
 
 namespace kine_cli {
 
@@ -69,11 +73,14 @@ struct ReadyCell
     ReadyCell(Cell sent, const Selection& selection);
 };
 
+// Calls back when the command line asks for the command.
+void WhenAskedFor(CLI::App& command, const std::function<void()>& call);
+
 // Sets the action of a command to run(options, printed), with options that live as long as it does.
 template <typename Options, typename Run>
 void SetAction(CLI::App& command, Action& action, const std::shared_ptr<Options>& options, Run run)
 {
-    command.callback([&action, options, run] {
+    WhenAskedFor(command, [&action, options, run] {
         action = [options, run](PrintedLines& printed) { return run(*options, printed); };
     });
 }

@@ -1,4 +1,5 @@
 // kine align: joints with the tool square to a frame.
+#include <CLI/CLI.hpp>
 #include <string_view>
 
 #include "commands/commands.h"

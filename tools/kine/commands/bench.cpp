@@ -1,4 +1,5 @@
 // kine bench: how fast the library answers on this cell, on this machine.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <chrono>

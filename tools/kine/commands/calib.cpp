@@ -1,5 +1,6 @@
 // kine calib: the frames of tools, work objects, positioners and a base on a track, from taught points.
 #include "commands/calib.h"
+#include <CLI/CLI.hpp>
 
 #include <charconv>
 #include <cmath>

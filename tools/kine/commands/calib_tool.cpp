@@ -1,4 +1,5 @@
 // kine calib tool and kine calib wobj.
+#include <CLI/CLI.hpp>
 #include "commands/calib.h"
 
 namespace kine_cli {

@@ -1,4 +1,5 @@
 // kine calib positioner and kine calib base.
+#include <CLI/CLI.hpp>
 #include <cmath>
 #include <limits>
 

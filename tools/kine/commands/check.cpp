@@ -1,4 +1,5 @@
 // kine check: is a cell described correctly.
+#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <cstdio>
 

@@ -1,5 +1,6 @@
 // kine completion: what a shell needs to complete the command line.
 #include "help/completion.h"
+#include <CLI/CLI.hpp>
 #include "commands/commands.h"
 #include "plot/svg.h"
 #include "program.h"

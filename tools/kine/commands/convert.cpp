@@ -1,4 +1,5 @@
 // kine convert: poses from one frame to another. Each pair of frames is one call of the library.
+#include <CLI/CLI.hpp>
 #include <string>
 
 #include "commands/commands.h"

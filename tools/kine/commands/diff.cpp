@@ -1,4 +1,5 @@
 // kine diff: how far poses are from a first one.
+#include <CLI/CLI.hpp>
 #include <cmath>
 
 #include "commands/commands.h"

@@ -1,4 +1,5 @@
 // kine explain: result codes in words.
+#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 #include <vector>
 

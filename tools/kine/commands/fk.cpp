@@ -1,4 +1,5 @@
 // kine fk: joints to poses.
+#include <CLI/CLI.hpp>
 #include <array>
 
 #include "commands/commands.h"

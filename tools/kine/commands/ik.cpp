@@ -1,5 +1,6 @@
 // kine ik: poses in the work object to joints. With the four integers of a pose the library is asked once;
 // without them all its solutions are looked at.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <optional>
 

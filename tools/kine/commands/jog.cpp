@@ -1,4 +1,5 @@
 // kine jog: joints after one jog step or several.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -1,4 +1,5 @@
 // kine man: the manual page of the program.
+#include <CLI/CLI.hpp>
 #include "commands/commands.h"
 #include "help/man_page.h"
 #include "plot/svg.h"

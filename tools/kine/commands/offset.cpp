@@ -1,4 +1,5 @@
 // kine offset: poses moved and turned by one offset.
+#include <CLI/CLI.hpp>
 #include "commands/commands.h"
 #include "commands/pose_rows.h"
 

@@ -1,4 +1,5 @@
 // kine plot: pictures of a cell as SVG files.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cmath>

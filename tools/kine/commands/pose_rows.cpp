@@ -1,4 +1,5 @@
 #include "commands/pose_rows.h"
+#include <CLI/CLI.hpp>
 
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "help/command_tree.h"
 
+#include <CLI/CLI.hpp>
+
 #include <utility>
 
 namespace kine_cli {

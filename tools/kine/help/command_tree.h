@@ -1,9 +1,12 @@
 // The command line of the program as plain data, for what is written about it: completions and the man page.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace kine_cli {
 

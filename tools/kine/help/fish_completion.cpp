@@ -1,4 +1,6 @@
 // The fish script has one `complete` line per option, each with the commands that must have been typed.
+#include <CLI/CLI.hpp>
+
 #include "help/completion.h"
 
 namespace kine_cli {
