@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <string>
 
