@@ -93,7 +93,7 @@ def take_in(options, way, folder, *more):
     consume.run(options.cmake, "--build", build, stdout=subprocess.DEVNULL)
     consume.run(build / "cell")
     consume.run(options.cmake, "--install", build, "--prefix", prefix, stdout=subprocess.DEVNULL)
-    expected = layout.everything(options.source) if "-DKINE_INSTALL=ON" in more else set()
+    expected = layout.of_the_library(options.source) if "-DKINE_INSTALL=ON" in more else set()
     return [f"installed: {problem}" for problem in layout.differences(layout.found(prefix), expected)]
 
 

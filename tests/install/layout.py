@@ -43,7 +43,7 @@ def bindings(source):
 def program(source, manual="kine.1"):
     """The program, and what it comes with."""
     source = pathlib.Path(source)
-    cells = {path.name for path in (source / "tools/kine/cells").iterdir() if path.suffix in (".json", ".csv")}
+    cells = {path.name for path in source.glob("tools/kine/cells/*") if path.suffix in (".json", ".csv")}
     return ({"bin/kine", f"share/man/man1/{manual}", "share/bash-completion/completions/kine",
              "share/zsh/vendor-completions/_kine", "share/fish/vendor_completions.d/kine.fish",
              "share/kinedll/cell/cell.schema.json"} | {f"share/kinedll/cells/{name}" for name in cells})
@@ -57,6 +57,11 @@ def components(source, libdir="lib"):
 
 def everything(source, libdir="lib"):
     return set().union(*components(source, libdir).values())
+
+
+def of_the_library(source, libdir="lib"):
+    """What another project that takes the library in installs with its own."""
+    return everything(source, libdir) - program(source)
 
 
 def debian(source, architecture):
