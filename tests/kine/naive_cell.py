@@ -66,7 +66,7 @@ class NaiveCell:
         self.fields = json.loads(path.read_text())
         self.arm_type = self.fields["arm"]["type"]
         self.axes = 6 if self.arm_type == 6 else 4
-        self.library = Library()
+        self.naive = Library()
         self.check("Kine_InitKinematicParam", self.arm_type, arm_record(self.fields["arm"]))
         if "limits" in self.fields:
             limits = self.fields["limits"]
@@ -74,7 +74,7 @@ class NaiveCell:
         self.set_up_units()
 
     def check(self, name, *args):
-        assert self.library.call(name, *args).code == OK, name
+        assert self.naive.call(name, *args).code == OK, name
 
     def set_up_units(self):
         units, axes = self.fields.get("mechanical_units", []), self.fields.get("external_axes", [])
@@ -108,22 +108,22 @@ class NaiveCell:
     def forward(self, joints, reference="work_object", chosen=None):
         """Code and frame."""
         if reference == "vision":
-            answer = self.library.call("Kine_FKineVision", joints, True)
+            answer = self.naive.call("Kine_FKineVision", joints, True)
         else:
-            answer = self.library.call(FORWARD[reference], joints, *self.selection(chosen), True)
+            answer = self.naive.call(FORWARD[reference], joints, *self.selection(chosen), True)
         return answer.code, None if answer.code else answer.output
 
     def inverse(self, pose, chosen=None):
-        answer = self.library.call("Kine_WobjPosToJoint", pose, *self.selection(chosen), True)
+        answer = self.naive.call("Kine_WobjPosToJoint", pose, *self.selection(chosen), True)
         return answer.code, None if answer.code else JOINT.unpack(answer.output)
 
     def posture(self, joints):
         """Cfg4 of a six-axis arm, Cfg1 of a four-axis arm."""
-        config = struct.unpack("<4i", self.library.call("Kine_GetArmType", joints, True).output)
+        config = struct.unpack("<4i", self.naive.call("Kine_GetArmType", joints, True).output)
         return config[3] if self.axes == 6 else config[0]
 
     def is_near_singular(self, joints):
-        if self.library.call("Kine_IsSingularity", joints, SINGULAR_WIDE).code != OK:
+        if self.naive.call("Kine_IsSingularity", joints, SINGULAR_WIDE).code != OK:
             return True
         return self.axes == 4 and abs(math.sin(math.radians(JOINT.unpack(joints)[1]))) < 0.0524
 
