@@ -5,7 +5,8 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
+#include <fstream>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -20,9 +21,9 @@ class TextFile
 public:
     explicit TextFile(const std::string& text)
     {
-        const int descriptor = mkstemp(name_.data());
-        EXPECT_EQ(write(descriptor, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-        close(descriptor);
+        std::ofstream file(name_, std::ios::binary);
+        file << text;
+        EXPECT_TRUE(file.flush());
     }
     ~TextFile() { unlink(name_.c_str()); }
     TextFile(const TextFile&) = delete;
@@ -31,7 +32,8 @@ public:
     const std::string& Name() const { return name_; }
 
 private:
-    std::string name_ = testing::TempDir() + "kine_lines_XXXXXX";
+    // Tests may run side by side, each in a process of its own; one test has one file at a time.
+    std::string name_ = testing::TempDir() + "kine_lines_" + std::to_string(getpid());
 };
 
 using NumberedLines = std::vector<std::pair<std::uint64_t, std::string>>;
